@@ -1,0 +1,6 @@
+#include <cstdio>
+
+int main() {
+    std::printf("wakeline-tool\n");
+    return 2;
+}

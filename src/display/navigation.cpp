@@ -1,0 +1,100 @@
+#include "display/navigation.h"
+
+#include <cmath>
+#include <limits>
+
+#include "display/number_format.h"
+#include "display/text_number.h"
+
+namespace wakeline {
+namespace {
+
+// pi / 10,800,000 written as the instrument software's own decimal constant.
+constexpr double kMilliMinutesToRadians = 2.90888208665722e-7;
+// The antipodal central angle, a shorter pi than M_PI, kept as it is.
+constexpr double kAntipodalAngle = 3.14159265358979;
+
+bool FitsFloat(double value) {
+    return std::isfinite(value) && std::fabs(value) <= std::numeric_limits<float>::max();
+}
+
+}  // namespace
+
+double MMtoRad(std::int32_t milliMinutes) {
+    return milliMinutes * kMilliMinutesToRadians;
+}
+
+std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t lon2,
+                            std::int32_t lat2) {
+    const double dLat = MMtoRad(lat1) - MMtoRad(lat2);
+    const double dLon = MMtoRad(lon1) - MMtoRad(lon2);
+    const double sinLat = std::sin(dLat / 2);
+    const double sinLon = std::sin(dLon / 2);
+    const double a =
+        sinLat * sinLat + std::cos(MMtoRad(lat1)) * std::cos(MMtoRad(lat2)) * sinLon * sinLon;
+    double c = 0;
+    if (a == 1.0) {
+        c = kAntipodalAngle;
+    } else {
+        if (a < 0.0 || a > 1.0) {
+            return std::nullopt;  // sqrt of a negative number: an invalid operation
+        }
+        c = 2 * std::atan(std::sqrt(a) / std::sqrt(1 - a));
+    }
+    const double distance = c * kEarthRadiusMetres;
+    if (!FitsFloat(distance)) {
+        return std::nullopt;
+    }
+    return static_cast<float>(distance);
+}
+
+std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) {
+    if (!IsDecimalNumber(text)) {
+        return std::string(text);
+    }
+    const double parsed = LeadingNumber(text);
+    if (!FitsFloat(parsed)) {
+        return std::nullopt;
+    }
+    auto d = static_cast<float>(parsed);
+    const bool southOrWest = d <= 0;
+    if (southOrWest) {
+        d = -d;
+    }
+    const float minutesFraction = d - std::floor(d);
+    const float degrees = d - minutesFraction;
+    const float minutes = minutesFraction * 60;
+    std::string result = FormatToWidth(degrees, "000", 0);
+    result += ' ';
+    result += FormatToWidth(minutes, "00.000", 0);
+    const bool isLongitude = kind == "lon";
+    if (southOrWest) {
+        result += isLongitude ? " W" : " S";
+    } else {
+        result += isLongitude ? " E" : " N";
+    }
+    return result;
+}
+
+std::optional<std::string> FormatAngle(std::string_view text, std::int16_t fold,
+                                       std::string_view side, std::int16_t decimals) {
+    if (text.find(',') != std::string_view::npos || !IsDecimalNumber(text)) {
+        return std::string(text);
+    }
+    double degrees = LeadingNumber(text) * kRadiansToDegrees;
+    if (std::abs(fold) == 180 && degrees > 180 && degrees <= 360) {
+        degrees -= 360;
+    }
+    if (!FitsFloat(degrees)) {
+        return std::nullopt;
+    }
+    const std::string_view mask = decimals == 0 ? "0" : "0.00";
+    if (!side.empty()) {
+        std::string result = FormatToWidth(static_cast<float>(std::fabs(degrees)), mask, 0);
+        result += degrees < 0 ? " W" : " E";
+        return result;
+    }
+    return FormatToWidth(static_cast<float>(degrees), mask, 4);
+}
+
+}  // namespace wakeline

@@ -1,0 +1,155 @@
+#include "display/number_format.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "display/text_number.h"
+
+namespace wakeline {
+namespace {
+
+struct MaskShape {
+    int integerZeros = 0;  // required integer digits
+    bool hasPoint = false;
+    int decimals = 0;          // digits after the point, rounded at the last one
+    int requiredDecimals = 0;  // decimals up to the last "0" after the point
+};
+
+MaskShape ParseMask(std::string_view mask) {
+    MaskShape shape;
+    for (char c : mask) {
+        if (c == '.') {
+            shape.hasPoint = true;
+        } else if (!shape.hasPoint) {
+            shape.integerZeros += (c == '0') ? 1 : 0;
+        } else if (c == '0' || c == '#') {
+            // No mask of the program comes near this; it keeps the digit buffers bounded.
+            if (shape.decimals == 30) {
+                continue;
+            }
+            ++shape.decimals;
+            if (c == '0') {
+                shape.requiredDecimals = shape.decimals;
+            }
+        }
+    }
+    return shape;
+}
+
+constexpr std::array<double, 9> kPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
+
+// The decimal digits of magnitude * 10^decimals rounded half away from zero, without sign.
+std::string ScaledDigits(double magnitude, int decimals) {
+    // A 32-bit float has 24 significant bits and 10^8 fits in 27, so for such values the
+    // product is exact in a double and std::round (halves away from zero) is exact too.
+    if (decimals <= 8 && static_cast<double>(static_cast<float>(magnitude)) == magnitude) {
+        const double rounded = std::round(magnitude * kPowersOfTen[decimals]);
+        if (rounded < 1.8e19) {
+            auto whole = static_cast<std::uint64_t>(rounded);
+            char buffer[24];
+            int n = 0;
+            do {
+                buffer[n++] = static_cast<char>('0' + whole % 10);
+                whole /= 10;
+            } while (whole != 0);
+            std::string digits(static_cast<std::size_t>(n), '0');
+            for (int k = 0; k < n; ++k) {
+                digits[static_cast<std::size_t>(k)] = buffer[n - 1 - k];
+            }
+            return digits;
+        }
+        char buffer[64];
+        std::snprintf(buffer, sizeof buffer, "%.0f", rounded);  // an exact integer value
+        return buffer;
+    }
+    // Any other double: its exact decimal expansion has no more fractional digits than the
+    // binary exponent of its last bit. Below 2^-40 nothing reaches the digits that are kept.
+    if (magnitude < 0x1p-40 && decimals <= 10) {
+        return "0";
+    }
+    std::string text(512, '\0');
+    const int length = std::snprintf(text.data(), text.size(), "%.*f", 100, magnitude);
+    text.resize(static_cast<std::size_t>(length));
+    const std::size_t point = text.find('.');
+    std::string digits = text.substr(0, point) + text.substr(point + 1, decimals);
+    if (text[point + 1 + static_cast<std::size_t>(decimals)] >= '5') {
+        int k = static_cast<int>(digits.size()) - 1;
+        while (k >= 0 && digits[static_cast<std::size_t>(k)] == '9') {
+            digits[static_cast<std::size_t>(k--)] = '0';
+        }
+        if (k < 0) {
+            digits.insert(digits.begin(), '1');
+        } else {
+            ++digits[static_cast<std::size_t>(k)];
+        }
+    }
+    return digits;
+}
+
+}  // namespace
+
+std::string FormatMask(double value, std::string_view mask) {
+    if (std::isnan(value)) {
+        return "nan";
+    }
+    if (std::isinf(value)) {
+        return value < 0 ? "-inf" : "inf";
+    }
+    const MaskShape shape = ParseMask(mask);
+    std::string digits = ScaledDigits(std::fabs(value), shape.decimals);
+    if (digits.size() < static_cast<std::size_t>(shape.decimals) + 1) {
+        digits.insert(0, static_cast<std::size_t>(shape.decimals) + 1 - digits.size(), '0');
+    }
+    const std::size_t integerLength = digits.size() - static_cast<std::size_t>(shape.decimals);
+    std::size_t firstSignificant = 0;
+    while (firstSignificant < integerLength && digits[firstSignificant] == '0') {
+        ++firstSignificant;
+    }
+    std::string result;
+    result.reserve(digits.size() + 4);
+    if (value < 0) {
+        result.push_back('-');
+    }
+    const std::size_t significant = integerLength - firstSignificant;
+    const auto zeros = static_cast<std::size_t>(shape.integerZeros);
+    if (significant < zeros) {
+        result.append(zeros - significant, '0');
+    }
+    result.append(digits, firstSignificant, significant);
+    if (shape.hasPoint) {
+        std::size_t shown = static_cast<std::size_t>(shape.decimals);
+        while (shown > static_cast<std::size_t>(shape.requiredDecimals) &&
+               digits[integerLength + shown - 1] == '0') {
+            --shown;
+        }
+        result.push_back('.');
+        result.append(digits, integerLength, shown);
+    }
+    return result;
+}
+
+std::string FormatToWidth(float value, std::string_view mask, std::int16_t width) {
+    // The masks hold no thousands separator and FormatMask always writes ".", so there is no
+    // decimal comma to replace here.
+    std::string text = FormatMask(value, mask);
+    if (width <= 0) {
+        return text;
+    }
+    const auto fit = static_cast<std::size_t>(width);
+    if (text.size() < fit) {
+        text.insert(0, fit - text.size(), ' ');
+        return text;
+    }
+    if (text.size() == fit) {
+        return text;
+    }
+    text.resize(fit);
+    const auto cutWhole = std::floor(static_cast<float>(LeadingNumber(text)));
+    if (cutWhole == std::floor(value)) {
+        return text;
+    }
+    return FormatMask(value, "0");
+}
+
+}  // namespace wakeline

@@ -1,0 +1,41 @@
+#pragma once
+// The core's access to files, behind an interface so that tests can fake a failing disk.
+// StdFileSystem does it with the standard library; the platform may add durability.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wakeline {
+
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+    // Existence tests use the path exactly as given (file names are case-sensitive).
+    virtual bool FileExists(const std::string& path) const = 0;
+    virtual bool DirectoryExists(const std::string& path) const = 0;
+    // The whole file as bytes; empty when it cannot be opened or read.
+    virtual std::optional<std::string> ReadFile(const std::string& path) const = 0;
+    // Opens for appending (creating the file), writes, closes. False when any step failed;
+    // what was written before stays.
+    virtual bool AppendToFile(const std::string& path, std::string_view bytes) = 0;
+    // Creates or truncates the file and writes the bytes. False when any step failed.
+    virtual bool WriteFile(const std::string& path, std::string_view bytes) = 0;
+};
+
+// Files through <fstream> and <filesystem>.
+class StdFileSystem : public FileSystem {
+  public:
+    bool FileExists(const std::string& path) const override;
+    bool DirectoryExists(const std::string& path) const override;
+    std::optional<std::string> ReadFile(const std::string& path) const override;
+    bool AppendToFile(const std::string& path, std::string_view bytes) override;
+    bool WriteFile(const std::string& path, std::string_view bytes) override;
+};
+
+// Splits text into lines: a line ends at LF, CR LF or CR, and the ending is not part of it.
+// A last line without an ending counts; an ending at the very end adds no empty line.
+std::vector<std::string> SplitLines(std::string_view text);
+
+}  // namespace wakeline
