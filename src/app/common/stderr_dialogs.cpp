@@ -4,21 +4,24 @@
 
 namespace wakeline {
 
-void StderrDialogs::ShowMessage(const std::string& text) {
-    std::fprintf(stderr, "Wakeline: %s\n", text.c_str());
+void StderrDialogs::Write(const std::string& text, const char* answer) {
+    std::fprintf(stderr, "Wakeline: %s%s\n", text.c_str(), answer);
     std::fflush(stderr);
+    if (log_ != nullptr && log_->Mode() == kDebugLogFile) {
+        log_->DebugWriteLine(text);
+    }
 }
 
+void StderrDialogs::ShowMessage(const std::string& text) { Write(text, ""); }
+
 bool StderrDialogs::AskOkCancel(const std::string& text) {
-    std::fprintf(stderr, "Wakeline: %s [OK]\n", text.c_str());
-    std::fflush(stderr);
+    Write(text, " [OK]");
     return true;
 }
 
 std::optional<std::string> StderrDialogs::AskText(const std::string& prompt,
                                                   const std::string& title) {
-    std::fprintf(stderr, "Wakeline: %s: %s [Cancel]\n", title.c_str(), prompt.c_str());
-    std::fflush(stderr);
+    Write(title + ": " + prompt, " [Cancel]");
     return std::nullopt;
 }
 

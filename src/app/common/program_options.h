@@ -1,0 +1,33 @@
+#pragma once
+// The options of `wakeline` and the words that form its comma-separated command line.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace wakeline {
+
+struct ProgramOptions {
+    bool headless = false;
+    bool help = false;
+    bool version = false;
+    std::string link = "127.0.0.1:20175";  // the chart-plotter link endpoint
+    std::optional<std::string> replay;     // data lines from a file, "-" for standard input
+    std::string serial = "/dev/ttyS0";     // the SeaTalk port
+    std::optional<std::string> seaTalkReplay;
+    std::optional<std::string> logPath;
+    std::string commandLine;  // the remaining words joined with single spaces
+};
+
+struct ParsedOptions {
+    std::optional<ProgramOptions> options;
+    std::string error;  // set when the words could not be understood
+};
+
+// Options may stand anywhere before "--"; every other word belongs to the command line.
+ParsedOptions ParseProgramOptions(const std::vector<std::string>& words);
+
+// The usage text of --help.
+std::string ProgramUsage();
+
+}  // namespace wakeline

@@ -1,0 +1,184 @@
+#include "shell/navigation_centre.h"
+
+#include "display/text_number.h"
+#include "shell/command_line.h"
+
+namespace wakeline {
+namespace {
+
+constexpr const char* kSettingsSection = "Settings";
+constexpr int kDefaultFormWidth = 4000;
+
+constexpr const char* kDdeToolTip =
+    "To enable DDE, add the following line to the [Program Setup] section in the "
+    "seaclear_2.ini file: \"DDE = 1\" ;note that there are other sections in this .ini file "
+    "also!";
+
+const char* BoolText(bool value) { return value ? "True" : "False"; }
+
+}  // namespace
+
+NavigationCentre::NavigationCentre(const PlatformServices& services)
+    : services_(services),
+      clock_(services.clock),
+      log_(clock_, services.files, services.dialogs, services.logPath) {}
+
+bool NavigationCentre::ReadFlagSetting(const char* key) {
+    bool value = false;
+    if (const auto stored = services_.settings.Get(kSettingsSection, key)) {
+        const std::string upper = UpperCase(*stored);
+        if (upper == "TRUE") {
+            value = true;
+        } else if (upper != "FALSE") {
+            // A number stands for a flag the way the store's own texts do: 0 is false.
+            value = IsDecimalNumber(*stored) && LeadingNumber(*stored) != 0.0;
+        }
+    }
+    // Writing back makes the keys exist in the store after the first run.
+    services_.settings.Set(kSettingsSection, key, BoolText(value));
+    return value;
+}
+
+void NavigationCentre::ReadUserSettings() {
+    state_.SetSoundLoud = ReadFlagSetting("SetSoundLoud");
+    state_.SetLogData = ReadFlagSetting("SetLogData");
+
+    int width = kDefaultFormWidth;
+    if (const auto stored = services_.settings.Get(kSettingsSection, "FormWidth")) {
+        const double value = RoundHalfEven(LeadingNumber(*stored));
+        // A width no screen has is a damaged setting: start at the default instead.
+        if (value > 0 && value < 1e6) {
+            width = static_cast<int>(value);
+        }
+    }
+    services_.window.SetWidth(width);
+    state_.FormWidth = services_.window.Width();
+    services_.settings.Set(kSettingsSection, "FormWidth", std::to_string(state_.FormWidth));
+
+    services_.window.SetHeight(0);
+    state_.CaptionHeight = services_.window.Height();
+}
+
+void NavigationCentre::ParseCommandLine() {
+    const std::vector<std::string> fields = SplitCommandLine(commandLine_);
+    // The diagnostic mode comes first, so that every following line obeys it.
+    if (fields.size() > 3) {
+        if (const auto mode = ParseDebugMode(fields[3])) {
+            state_.DebugMode = *mode;
+        }
+    }
+    log_.SetMode(state_.DebugMode);
+    log_.DebugWriteLine("Started with Command line:\"" + commandLine_ + "\"");
+    if (fields.size() > 3 && !ParseDebugMode(fields[3])) {
+        log_.DebugWriteLine("Diagnostic mode out of range, ignored: " + fields[3]);
+    }
+
+    if (fields.size() > 1) {
+        const SourceOptions source = ParseSourceOptions(fields[1]);
+        state_.SeaTalkMode = source.SeaTalkMode;
+        state_.LiveOptionM = source.LiveOptionM;
+        state_.TablesLocked = source.TablesLocked;
+        state_.DdeMode = state_.SeaTalkMode < 1;
+    } else {
+        state_.DdeMode = true;
+    }
+
+    state_.DiskWriteInterval = 900;
+    if (fields.size() > 2) {
+        const TraceOptions trace = ParseTraceOptions(fields[2]);
+        state_.TraceOn = trace.TraceOn;
+        if (trace.DiskWriteInterval) {
+            state_.DiskWriteInterval = *trace.DiskWriteInterval;
+        }
+        if (trace.IntervalOutOfRange) {
+            log_.DebugWriteLine("Disk write interval out of range, kept 900: " + fields[2]);
+        }
+    } else {
+        state_.TraceOn = true;
+    }
+}
+
+void NavigationCentre::DDEInit() {
+    log_.DebugWriteLine("DDEInit setting up DDE interface");
+    if (state_.DdeMode) {
+        linkStatus_.text = "waiting for Seaclear input\r\nsee tooltip for instruction";
+    } else {
+        linkStatus_.text = "working in SeaTalk mode";
+    }
+    log_.DebugWriteLine("DDEInit set up complete");
+    if (!state_.TraceOn) {
+        linkStatus_.text += " NO TRACE FILE";
+    }
+    linkStatus_.toolTip = kDdeToolTip;
+    log_.DebugWriteLine("DDEInit prepared strings");
+}
+
+void NavigationCentre::ChooseDataSource() {
+    if (!state_.DdeMode) {
+        state_.Timer1Interval = 5000;
+        return;
+    }
+    const std::int16_t dde = files_.Ini.Dde;
+    if (dde == 0) {
+        // Without the link there is no data source and no battery check until a restart.
+        services_.dialogs.ShowMessage(
+            "DDE=1 statement missing, no DDE interface started; click help button");
+        return;
+    }
+    if (dde != 1) {
+        services_.dialogs.ShowMessage("Warning: DDE=" + std::to_string(dde) +
+                                      " seems wrong, attempting DDE interface anyway");
+    }
+    state_.Timer1Interval = 100;
+}
+
+bool NavigationCentre::FormLoad(std::string_view commandLine) {
+    commandLine_ = std::string(commandLine);
+    ReadUserSettings();
+    displayCounter_ = 0;
+    displayFactor_ = 1.0F;
+
+    ParseCommandLine();
+    log_.DebugWriteLine("Form_Load processed commandline ");
+    DDEInit();
+    log_.DebugWriteLine("Form_Load performed DDEInit ");
+    if (!state_.TraceOn) {
+        services_.dialogs.ShowMessage("No tracefile will be made");
+    }
+
+    const DetermineFilesInput input{commandLine_, services_.program.programDir};
+    if (!DetermineFiles(input, services_.files, services_.dialogs, log_, files_)) {
+        return false;
+    }
+
+    const ProgramInfo& program = services_.program;
+    caption_ = program.title + "  V" + std::to_string(program.major) + "." +
+               std::to_string(program.minor) + "." + std::to_string(program.revision);
+    services_.window.SetCaption(caption_);
+    log_.DebugWriteLine(caption_);
+    log_.DebugWriteLine("Form_Load performed Determinefiles ");
+
+    log_.DebugWriteLine("Form_Load initialised Winddata 1");
+    log_.DebugWriteLine("initialised Winddata 2");
+
+    state_.AlarmState = -2;  // the battery alarm starts with its sound check
+    ChooseDataSource();
+    displayMark_ = 999.0F;
+    log_.DebugWriteLine("Form_Load complete");
+    return true;
+}
+
+void NavigationCentre::Timer1_Timer() {
+    // The battery check and the chart-plotter link keep-alive run on this tick.
+}
+
+bool NavigationCentre::FormUnload() {
+    if (!services_.dialogs.AskOkCancel("ending trace function")) {
+        // A lost link no longer closes the window by itself until new data have arrived.
+        state_.LinkSeen = false;
+        return false;
+    }
+    return true;
+}
+
+}  // namespace wakeline

@@ -1,0 +1,93 @@
+#pragma once
+// The run of the navigation centre: it holds the program-wide state and the subsystems for
+// the whole run, and carries out the main window's start-up, timer tick and close. The
+// platform turns window events, timer ticks and incoming data into calls of this object.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "shell/clock.h"
+#include "shell/configuration.h"
+#include "shell/diagnostic_log.h"
+#include "shell/platform_services.h"
+
+namespace wakeline {
+
+// Program-wide state set at start-up. Flags are plain booleans.
+struct RunState {
+    // Per-user settings.
+    bool SetSoundLoud = false;
+    bool SetLogData = false;
+    int FormWidth = 4000;  // twips
+    // Command line.
+    std::int16_t DebugMode = 0;
+    std::int16_t SeaTalkMode = 0;
+    bool LiveOptionM = false;
+    bool TablesLocked = false;  // "X": the tables command is disabled
+    bool TraceOn = true;
+    std::int16_t DiskWriteInterval = 900;  // seconds
+    bool DdeMode = true;
+    // Start-up and the run.
+    int CaptionHeight = 0;  // twips
+    bool PolarTablesOn = false;
+    bool LinkSeen = false;
+    bool SeaClearStarted = false;
+    std::int16_t AlarmState = 0;
+    int Timer1Interval = 0;  // milliseconds, 0 = stopped
+};
+
+// The link status label's texts before any data arrived.
+struct LinkStatusText {
+    std::string text;
+    std::string toolTip;
+};
+
+class NavigationCentre {
+public:
+    explicit NavigationCentre(const PlatformServices& services);
+
+    // The main window's load: every start-up step in its order, each reported in the log.
+    // `commandLine` is the whole comma-separated command line. Returns false when no
+    // settings file was found: the program must end (the messages were shown).
+    bool FormLoad(std::string_view commandLine);
+
+    // One tick of the main timer (every Timer1Interval milliseconds once it runs).
+    void Timer1_Timer();
+
+    // The close: asks "ending trace function". OK flushes the track with the closedown note
+    // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
+    bool FormUnload();
+
+    const RunState& State() const { return state_; }
+    const ProgramFiles& Files() const { return files_; }
+    const std::string& CommandLine() const { return commandLine_; }
+    const std::string& Caption() const { return caption_; }
+    const LinkStatusText& LinkStatus() const { return linkStatus_; }
+    DiagnosticLog& Log() { return log_; }
+    ProgramClock& Clock() { return clock_; }
+
+private:
+    void ReadUserSettings();
+    bool ReadFlagSetting(const char* key);
+    void ParseCommandLine();
+    void DDEInit();
+    void ChooseDataSource();
+
+    PlatformServices services_;
+    ProgramClock clock_;
+    DiagnosticLog log_;
+    RunState state_;
+    ProgramFiles files_;
+    std::string commandLine_;
+    std::string caption_;
+    LinkStatusText linkStatus_;
+
+    // Values of the display computation that start-up sets and nothing reads; kept so that
+    // the start-up order stays complete.
+    std::int16_t displayCounter_ = 0;
+    float displayFactor_ = 0;
+    float displayMark_ = 0;
+};
+
+}  // namespace wakeline

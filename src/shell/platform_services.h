@@ -1,0 +1,61 @@
+#pragma once
+// Everything the core asks of the platform for one run, handed to the run's object at
+// construction. All referenced objects must outlive the run.
+
+#include <string>
+
+#include "shell/clock.h"
+#include "shell/file_system.h"
+#include "shell/settings_store.h"
+#include "shell/user_dialogs.h"
+
+namespace wakeline {
+
+// The main window as start-up sees it: sizes in twips (15 twips are one pixel at 96 dpi).
+// Setting a size may be limited by the window system; reading it back tells what was taken.
+class MainWindowFrame {
+public:
+    virtual ~MainWindowFrame() = default;
+    virtual void SetWidth(int twips) = 0;
+    virtual int Width() const = 0;
+    virtual void SetHeight(int twips) = 0;
+    virtual int Height() const = 0;
+    virtual void SetCaption(const std::string& caption) = 0;
+};
+
+// A frame without a window: it takes every size as given.
+class DetachedFrame : public MainWindowFrame {
+public:
+    void SetWidth(int twips) override { width_ = twips; }
+    int Width() const override { return width_; }
+    void SetHeight(int twips) override { height_ = twips; }
+    int Height() const override { return height_; }
+    void SetCaption(const std::string& caption) override { caption_ = caption; }
+    const std::string& Caption() const { return caption_; }
+
+private:
+    int width_ = 0;
+    int height_ = 0;
+    std::string caption_;
+};
+
+// The program's title, version numbers and directory.
+struct ProgramInfo {
+    std::string title = "Wakeline";
+    int major = 0;
+    int minor = 0;
+    int revision = 0;
+    std::string programDir;  // directory of the running executable, no trailing "/"
+};
+
+struct PlatformServices {
+    const Clock& clock;
+    FileSystem& files;
+    UserDialogs& dialogs;
+    SettingsStore& settings;
+    MainWindowFrame& window;
+    ProgramInfo program;
+    std::string logPath;  // the diagnostic log file
+};
+
+}  // namespace wakeline

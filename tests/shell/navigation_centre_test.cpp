@@ -1,0 +1,245 @@
+// Start-up, command line and close of the run, against in-memory files, settings and dialogs.
+
+#include "shell/navigation_centre.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/fakes.h"
+
+namespace wakeline {
+namespace {
+
+using testing::FakeClock;
+using testing::FakeFileSystem;
+using testing::RecordingDialogs;
+
+constexpr const char* kLogPath = "/state/WakelineDebug.txt";
+
+// A boat computer with the chart plotter's settings in /boat and its traces directory.
+struct Boat {
+    Boat() {
+        files.files["/boat/SeaClear_2.ini"] =
+            "[Program Setup]\r\nDDE=1\r\nTrack Time=10\r\nTrack Distance=50\r\n";
+        files.directories.insert("/boat");
+        files.directories.insert("/boat/traces");
+        clock.now = {2026, 11, 15, 23, 42, 16};
+    }
+
+    NavigationCentre& Start(const std::string& commandLine) {
+        ProgramInfo program;
+        program.major = 1;
+        program.minor = 1;
+        program.revision = 35;
+        program.programDir = "/opt/wakeline";
+        centre = std::make_unique<NavigationCentre>(
+            PlatformServices{clock, files, dialogs, settings, frame, program, kLogPath});
+        started = centre->FormLoad(commandLine);
+        return *centre;
+    }
+
+    // The log's lines without their time stamps.
+    std::vector<std::string> LogLines() const {
+        std::vector<std::string> lines;
+        auto found = files.files.find(kLogPath);
+        if (found == files.files.end()) {
+            return lines;
+        }
+        for (const std::string& line : SplitLines(found->second)) {
+            lines.push_back(line.substr(std::string("15-11-2026 23:42:16 ").size()));
+        }
+        return lines;
+    }
+
+    FakeClock clock;
+    FakeFileSystem files;
+    RecordingDialogs dialogs;
+    MemorySettingsStore settings;
+    DetachedFrame frame;
+    std::unique_ptr<NavigationCentre> centre;
+    bool started = false;
+};
+
+TEST(StartUp, RunsEveryStepInOrderAndLogsIt) {
+    Boat boat;
+    NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,,,F");
+    ASSERT_TRUE(boat.started);
+
+    const std::string log = boat.files.files.at(kLogPath);
+    EXPECT_EQ(log.substr(0, 20), "15-11-2026 23:42:16 ");
+    EXPECT_EQ(log.substr(log.size() - 2), "\r\n");
+    const std::vector<std::string> expected = {
+        "Started with Command line:\"/boat/SeaClear_2.ini,,,F\"",
+        "Form_Load processed commandline ",
+        "DDEInit setting up DDE interface",
+        "DDEInit set up complete",
+        "DDEInit prepared strings",
+        "Form_Load performed DDEInit ",
+        "DetermineFiles starts",
+        "DetermineFiles Inifile selected: /boat/SeaClear_2.ini",
+        "DetermineFiles Trackfile selected: /boat/traces",
+        "DetermineFiles SeaClear file: ",
+        "Wakeline  V1.1.35",
+        "Form_Load performed Determinefiles ",
+        "Form_Load initialised Winddata 1",
+        "initialised Winddata 2",
+        "Form_Load complete",
+    };
+    EXPECT_EQ(boat.LogLines(), expected);
+    EXPECT_TRUE(boat.dialogs.messages.empty());
+
+    EXPECT_EQ(centre.Caption(), "Wakeline  V1.1.35");
+    EXPECT_EQ(boat.frame.Caption(), "Wakeline  V1.1.35");
+    EXPECT_EQ(centre.State().Timer1Interval, 100);
+    EXPECT_EQ(centre.State().AlarmState, -2);
+    EXPECT_EQ(centre.Files().TrackDir, "/boat/traces");
+    EXPECT_EQ(centre.LinkStatus().text, "waiting for Seaclear input\r\nsee tooltip for instruction");
+
+    // The per-user settings exist in the store after the first run.
+    EXPECT_EQ(boat.settings.Get("Settings", "SetSoundLoud"), "False");
+    EXPECT_EQ(boat.settings.Get("Settings", "SetLogData"), "False");
+    EXPECT_EQ(boat.settings.Get("Settings", "FormWidth"), "4000");
+    EXPECT_EQ(boat.frame.Width(), 4000);
+}
+
+TEST(StartUp, ReadsStoredSettings) {
+    Boat boat;
+    boat.settings.Set("Settings", "SetSoundLoud", "True");
+    boat.settings.Set("Settings", "SetLogData", "garbage");
+    boat.settings.Set("Settings", "FormWidth", "5200");
+    const RunState& state = boat.Start("/boat/SeaClear_2.ini").State();
+    EXPECT_TRUE(state.SetSoundLoud);
+    EXPECT_FALSE(state.SetLogData);
+    EXPECT_EQ(boat.settings.Get("Settings", "SetLogData"), "False");
+    EXPECT_EQ(state.FormWidth, 5200);
+}
+
+TEST(StartUp, CommandLineFields) {
+    struct Case {
+        const char* legend;
+        std::string line;
+        std::int16_t debugMode;
+        std::int16_t seaTalkMode;
+        bool ddeMode;
+        bool traceOn;
+        std::int16_t interval;
+        bool tablesLocked;
+        bool feet;
+    };
+    const std::string ini = "/boat/SeaClear_2.ini";
+    const std::vector<Case> cases = {
+        {"settings file only: link, trace on, 900 s, no log", ini, 0, 0, true, true, 900, false,
+         false},
+        {"empty source field, NOTRACE", ini + ",,NOTRACE", 0, 0, true, false, 900, false, false},
+        {"SeaTalk SB, 600 s, log file", ini + ",SB,600,F", 2, 1, false, true, 600, false, false},
+        {"lower case x, notrace and i", ini + ",x,notrace,i", 1, 0, true, false, 900, true, false},
+        {"SC is SeaTalk variant 2", ini + ",sc", 0, 2, false, true, 900, false, false},
+        {"a blank before SB matches nothing", ini + ", SB", 0, 0, true, true, 900, false, false},
+        {"M: depth in feet", ini + ",m", 0, 0, true, true, 900, false, true},
+        {"interval 0 keeps 900", ini + ",,0", 0, 0, true, true, 900, false, false},
+        {"a word keeps 900 and trace on", ini + ",,abc", 0, 0, true, true, 900, false, false},
+        {"leading blanks before a number", ini + ",, 60", 0, 0, true, true, 60, false, false},
+        {"half rounds to even", ini + ",,600.5,2.5", 2, 0, true, true, 600, false, false},
+        {"3.5 rounds up to 4", ini + ",,,3.5", 4, 0, true, true, 900, false, false},
+        {"text diagnostic mode is 0", ini + ",,,abc", 0, 0, true, true, 900, false, false},
+        {"too large for 16 bits keeps defaults", ini + ",,99999,70000", 0, 0, true, true, 900,
+         false, false},
+    };
+    for (const Case& c : cases) {
+        Boat boat;
+        const RunState& state = boat.Start(c.line).State();
+        SCOPED_TRACE(c.legend);
+        EXPECT_EQ(state.DebugMode, c.debugMode);
+        EXPECT_EQ(state.SeaTalkMode, c.seaTalkMode);
+        EXPECT_EQ(state.DdeMode, c.ddeMode);
+        EXPECT_EQ(state.TraceOn, c.traceOn);
+        EXPECT_EQ(state.DiskWriteInterval, c.interval);
+        EXPECT_EQ(state.TablesLocked, c.tablesLocked);
+        EXPECT_EQ(state.LiveOptionM, c.feet);
+    }
+}
+
+TEST(StartUp, MessagesInOrderAndTheEndWithoutSettingsFile) {
+    {
+        SCOPED_TRACE("no command line and nothing beside the program");
+        Boat boat;
+        boat.Start("");
+        EXPECT_FALSE(boat.started);
+        const std::vector<std::string> expected = {
+            "Seaclear ini file cannot be found: \r\n\r\n/opt/wakeline/SEACLEAR_2.INI",
+            "Cannot start, no seaclear inifile found:\r\n",
+        };
+        EXPECT_EQ(boat.dialogs.messages, expected);
+        EXPECT_EQ(boat.centre->State().Timer1Interval, 0);
+    }
+    {
+        SCOPED_TRACE("the trace message comes before the files are determined");
+        Boat boat;
+        boat.Start("/nowhere/SeaClear_2.ini,,NOTRACE,I");
+        EXPECT_FALSE(boat.started);
+        ASSERT_GE(boat.dialogs.messages.size(), 3U);
+        // Mode I shows the log lines as messages too; pick the start-up's own messages.
+        std::vector<std::string> own;
+        for (const std::string& m : boat.dialogs.messages) {
+            if (m == "No tracefile will be made" || m.rfind("ini file in command", 0) == 0 ||
+                m.rfind("Cannot start", 0) == 0) {
+                own.push_back(m);
+            }
+        }
+        const std::vector<std::string> expected = {
+            "No tracefile will be made",
+            "ini file in command line does not exist: \r\n\r\n/nowhere/SeaClear_2.ini",
+            "Cannot start, no seaclear inifile found:\r\n",
+        };
+        EXPECT_EQ(own, expected);
+        EXPECT_EQ(boat.dialogs.messages.front(),
+                  "Started with Command line:\"/nowhere/SeaClear_2.ini,,NOTRACE,I\"");
+    }
+}
+
+TEST(StartUp, DataSourceFollowsTheDdeKey) {
+    struct Case {
+        const char* legend;
+        const char* ddeLine;
+        const char* source;
+        int interval;
+        std::vector<std::string> messages;
+    };
+    const std::vector<Case> cases = {
+        {"DDE missing: no timer", "", "",
+         0,
+         {"DDE=1 statement missing, no DDE interface started; click help button"}},
+        {"DDE with a blank before = is not the key", "DDE = 1\r\n", "",
+         0,
+         {"DDE=1 statement missing, no DDE interface started; click help button"}},
+        {"an odd DDE value warns and links", "DDE=5\r\n", "",
+         100,
+         {"Warning: DDE=5 seems wrong, attempting DDE interface anyway"}},
+        {"SeaTalk ignores the key", "", ",SB", 5000, {}},
+    };
+    for (const Case& c : cases) {
+        Boat boat;
+        boat.files.files["/boat/SeaClear_2.ini"] = std::string("[Program Setup]\r\n") + c.ddeLine;
+        const RunState& state = boat.Start(std::string("/boat/SeaClear_2.ini") + c.source).State();
+        SCOPED_TRACE(c.legend);
+        EXPECT_TRUE(boat.started);
+        EXPECT_EQ(state.Timer1Interval, c.interval);
+        EXPECT_EQ(boat.dialogs.messages, c.messages);
+    }
+}
+
+TEST(Close, OkEndsTheRunCancelKeepsIt) {
+    Boat boat;
+    NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini");
+    boat.dialogs.okCancelAnswer = false;
+    EXPECT_FALSE(centre.FormUnload());
+    EXPECT_FALSE(centre.State().LinkSeen);
+    boat.dialogs.okCancelAnswer = true;
+    EXPECT_TRUE(centre.FormUnload());
+    EXPECT_EQ(boat.dialogs.messages.back(), "ending trace function");
+}
+
+}  // namespace
+}  // namespace wakeline
