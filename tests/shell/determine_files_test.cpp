@@ -73,44 +73,52 @@ TEST_F(DetermineFilesTest, AMissingCommandLineFileIsNotReplacedByTheProgramsOwn)
 }
 
 TEST_F(DetermineFilesTest, TrackDirectory) {
+    const std::string missing =
+        "Directory for tracking does not exist, no trackingfile created\r\n\r\n/data/gone";
     struct Row {
         const char* legend;
-        std::string commandLine;
-        std::string iniPath;
+        std::string iniPath;  // also the command line
         std::string trackDirLine;
-        std::string existingDir;
-        std::string trackDir;
+        std::string trackDir;  // the one directory that exists; expected unless a message
+        Texts messages;
     };
     const Row rows[] = {
-        {"derived beside the settings file", "/home/u/sc/SeaClear_2.ini,M",
-         "/home/u/sc/SeaClear_2.ini", "", "/home/u/sc/traces", "/home/u/sc/traces"},
-        {"the cut counts 14 characters whatever the name", "/home/u/sc/my.ini", "/home/u/sc/my.ini",
-         "", "/hotraces", "/hotraces"},
-        {"taken from the file", "/home/u/sc/SeaClear_2.ini", "/home/u/sc/SeaClear_2.ini",
-         "Track Dir=/data/tracks\r\n", "/data/tracks", "/data/tracks"},
+        {"derived beside the settings file",
+         "/home/u/sc/SeaClear_2.ini",
+         "",
+         "/home/u/sc/traces",
+         {}},
+        {"the cut counts 14 characters whatever the name",
+         "/home/u/sc/my.ini",
+         "",
+         "/hotraces",
+         {}},
+        {"taken from the file",
+         "/home/u/sc/SeaClear_2.ini",
+         "Track Dir=/data/tracks\r\n",
+         "/data/tracks",
+         {}},
+        {"missing: shown and emptied",
+         "/home/u/sc/SeaClear_2.ini",
+         "Track Dir=/data/gone\r\n",
+         "/home/u/sc/traces",
+         {missing}},
     };
     for (const Row& row : rows) {
         files_ = {};
         dialogs_.messages.clear();
         AddFile(row.iniPath, "[Program Setup]\r\n" + row.trackDirLine);
-        files_.directories.insert(row.existingDir);
-        ASSERT_TRUE(Run(row.commandLine)) << row.legend;
-        EXPECT_EQ(out_.TrackDir, row.trackDir) << row.legend;
-        EXPECT_EQ(dialogs_.messages, Texts{}) << row.legend;
+        AddFile("/home/u/sc/SeaClear_2.exe");
+        files_.directories.insert(row.trackDir);
+        ASSERT_TRUE(Run(row.iniPath)) << row.legend;
+        EXPECT_EQ(dialogs_.messages, row.messages) << row.legend;
+        const std::string expected = row.messages.empty() ? row.trackDir : "";
+        EXPECT_EQ(out_.TrackDir, expected) << row.legend;
+        EXPECT_NE(
+            files_.files[kLog].find("DetermineFiles Trackfile selected: " + expected + "\r\n"),
+            std::string::npos)
+            << row.legend;
     }
-}
-
-TEST_F(DetermineFilesTest, AMissingTrackDirectoryIsShownAndEmptied) {
-    AddFile("/home/u/sc/SeaClear_2.ini", "[Program Setup]\r\nTrack Dir=/data/gone\r\n");
-    AddFile("/home/u/sc/SeaClear_2.exe");
-    ASSERT_TRUE(Run("/home/u/sc/SeaClear_2.ini"));
-    EXPECT_EQ(out_.TrackDir, "");
-    EXPECT_EQ(dialogs_.messages,
-              Texts{"Directory for tracking does not exist, no trackingfile created\r\n\r\n"
-                    "/data/gone"});
-    EXPECT_NE(files_.files[kLog].find("DetermineFiles Trackfile selected: \r\n"),
-              std::string::npos);
-    EXPECT_EQ(out_.SeaClearExe, "/home/u/sc/SeaClear_2.exe") << "the rest still runs";
 }
 
 TEST_F(DetermineFilesTest, ChartPlotterProgram) {
