@@ -33,7 +33,7 @@ struct CalendarDate {
 DateTime DateTimeFromFields(const CalendarFields& fields);
 
 // The calendar fields of a date-time, rounded to the nearest second. A date-time before
-// 1899-12-30 counts its fraction forwards from its whole day, as the original's dates do
+// 1899-12-30 counts its fraction forwards from its whole day, as stored dates are read
 // (-1.25 is 1899-12-29 06:00). A value that is not finite, or lies more than 100 million
 // days from 1899-12-30, gives the default fields (1899-12-30 00:00).
 CalendarFields FieldsFromDateTime(DateTime value);

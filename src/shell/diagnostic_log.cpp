@@ -41,14 +41,17 @@ void DiagnosticLog::DebugWriteLine(std::string_view text, std::int16_t kind) {
             }
             // Opened, written and closed per line: whatever the program did last is on disk
             // even when it is killed. A kind outside 0..3 still opens and closes the file.
-            if (!files_.AppendToFile(path_, line)) {
-                ++dropped_;
+            if (!files_.AppendToFile(path_, line) && dropped_++ == 0) {
+                // Said once, so that a sailor who asked for a log learns why it stays empty;
+                // the run itself goes on without it.
+                dialogs_.ShowMessage("Diagnostic log cannot be written, its lines are dropped: " +
+                                     path_);
             }
             return;
         }
         case kDebugSilent:
             if (kind == 0 || kind == 1) {
-                // The time is taken and not used, as the original log did in this mode.
+                // The time is taken and not used: this mode costs a clock read and nothing else.
                 static_cast<void>(clock_.NowUtc());
             }
             return;

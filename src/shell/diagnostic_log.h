@@ -37,7 +37,8 @@ class DiagnosticLog {
     // blank (the kind is ignored). Mode 2: the file is opened, one line appended by its kind
     // (time stamp "DD-MM-YYYY HH:MM:SS", CR LF endings) and closed, so the log is complete on
     // disk even when the program is killed; a kind outside 0..3 appends nothing. A line that
-    // cannot be written is dropped and counted, never fatal. Mode 3: the clock is read only.
+    // cannot be written is dropped and counted, never fatal; the first one is told once through
+    // the dialogs. Mode 3: the clock is read only.
     void DebugWriteLine(std::string_view text, std::int16_t kind = kLineStamped);
 
     // Lines that mode 2 could not write since the start.

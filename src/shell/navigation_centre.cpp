@@ -14,7 +14,9 @@ constexpr const char* kDdeToolTip =
     "seaclear_2.ini file: \"DDE = 1\" ;note that there are other sections in this .ini file "
     "also!";
 
-const char* BoolText(bool value) { return value ? "True" : "False"; }
+const char* BoolText(bool value) {
+    return value ? "True" : "False";
+}
 
 }  // namespace
 

@@ -44,7 +44,7 @@ struct LinkStatusText {
 };
 
 class NavigationCentre {
-public:
+  public:
     explicit NavigationCentre(const PlatformServices& services);
 
     // The main window's load: every start-up step in its order, each reported in the log.
@@ -67,7 +67,7 @@ public:
     DiagnosticLog& Log() { return log_; }
     ProgramClock& Clock() { return clock_; }
 
-private:
+  private:
     void ReadUserSettings();
     bool ReadFlagSetting(const char* key);
     void ParseCommandLine();

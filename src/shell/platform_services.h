@@ -14,7 +14,7 @@ namespace wakeline {
 // The main window as start-up sees it: sizes in twips (15 twips are one pixel at 96 dpi).
 // Setting a size may be limited by the window system; reading it back tells what was taken.
 class MainWindowFrame {
-public:
+  public:
     virtual ~MainWindowFrame() = default;
     virtual void SetWidth(int twips) = 0;
     virtual int Width() const = 0;
@@ -25,7 +25,7 @@ public:
 
 // A frame without a window: it takes every size as given.
 class DetachedFrame : public MainWindowFrame {
-public:
+  public:
     void SetWidth(int twips) override { width_ = twips; }
     int Width() const override { return width_; }
     void SetHeight(int twips) override { height_ = twips; }
@@ -33,7 +33,7 @@ public:
     void SetCaption(const std::string& caption) override { caption_ = caption; }
     const std::string& Caption() const { return caption_; }
 
-private:
+  private:
     int width_ = 0;
     int height_ = 0;
     std::string caption_;

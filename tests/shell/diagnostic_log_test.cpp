@@ -68,6 +68,10 @@ TEST_F(DiagnosticLogTest, ALineThatCannotBeWrittenIsDroppedAndCounted) {
     log_.DebugWriteLine("second");
     EXPECT_EQ(log_.DroppedLines(), 2u);
     EXPECT_TRUE(files_.files.empty());
+    // The sailor is told once, not on every line.
+    ASSERT_EQ(dialogs_.messages.size(), 1u);
+    EXPECT_EQ(dialogs_.messages[0],
+              "Diagnostic log cannot be written, its lines are dropped: " + path_);
 
     files_.failWrites = false;
     log_.DebugWriteLine("third");

@@ -95,7 +95,8 @@ TEST(StartUp, RunsEveryStepInOrderAndLogsIt) {
     EXPECT_EQ(centre.State().Timer1Interval, 100);
     EXPECT_EQ(centre.State().AlarmState, -2);
     EXPECT_EQ(centre.Files().TrackDir, "/boat/traces");
-    EXPECT_EQ(centre.LinkStatus().text, "waiting for Seaclear input\r\nsee tooltip for instruction");
+    EXPECT_EQ(centre.LinkStatus().text,
+              "waiting for Seaclear input\r\nsee tooltip for instruction");
 
     // The per-user settings exist in the store after the first run.
     EXPECT_EQ(boat.settings.Get("Settings", "SetSoundLoud"), "False");
@@ -208,13 +209,19 @@ TEST(StartUp, DataSourceFollowsTheDdeKey) {
         std::vector<std::string> messages;
     };
     const std::vector<Case> cases = {
-        {"DDE missing: no timer", "", "",
+        {"DDE missing: no timer",
+         "",
+         "",
          0,
          {"DDE=1 statement missing, no DDE interface started; click help button"}},
-        {"DDE with a blank before = is not the key", "DDE = 1\r\n", "",
+        {"DDE with a blank before = is not the key",
+         "DDE = 1\r\n",
+         "",
          0,
          {"DDE=1 statement missing, no DDE interface started; click help button"}},
-        {"an odd DDE value warns and links", "DDE=5\r\n", "",
+        {"an odd DDE value warns and links",
+         "DDE=5\r\n",
+         "",
          100,
          {"Warning: DDE=5 seems wrong, attempting DDE interface anyway"}},
         {"SeaTalk ignores the key", "", ",SB", 5000, {}},

@@ -1,9 +1,9 @@
 #include "app/common/signal_watcher.h"
 
-#include <QSocketNotifier>
-#include <csignal>
 #include <sys/signalfd.h>
 #include <unistd.h>
+#include <QSocketNotifier>
+#include <csignal>
 
 namespace wakeline {
 namespace {

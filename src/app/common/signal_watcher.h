@@ -14,14 +14,14 @@ void BlockTerminationSignals();
 
 class SignalWatcher : public QObject {
     Q_OBJECT
-public:
+  public:
     explicit SignalWatcher(QObject* parent = nullptr);
     ~SignalWatcher() override;
 
-Q_SIGNALS:
+  Q_SIGNALS:
     void terminationRequested(int signalNumber);
 
-private:
+  private:
     QSocketNotifier* notifier_ = nullptr;
     int fd_ = -1;
 };

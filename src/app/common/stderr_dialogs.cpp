@@ -12,7 +12,9 @@ void StderrDialogs::Write(const std::string& text, const char* answer) {
     }
 }
 
-void StderrDialogs::ShowMessage(const std::string& text) { Write(text, ""); }
+void StderrDialogs::ShowMessage(const std::string& text) {
+    Write(text, "");
+}
 
 bool StderrDialogs::AskOkCancel(const std::string& text) {
     Write(text, " [OK]");

@@ -10,7 +10,7 @@
 namespace wakeline {
 
 class StderrDialogs : public UserDialogs {
-public:
+  public:
     // Messages are also logged while `log` writes its file; `log` must outlive this object.
     void AttachLog(DiagnosticLog* log) { log_ = log; }
 
@@ -19,7 +19,7 @@ public:
     std::optional<std::string> AskText(const std::string& prompt,
                                        const std::string& title) override;  // always Cancel
 
-private:
+  private:
     void Write(const std::string& text, const char* answer);
     DiagnosticLog* log_ = nullptr;
 };
