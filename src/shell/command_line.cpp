@@ -1,6 +1,7 @@
 #include "shell/command_line.h"
 
 #include "display/text_number.h"
+#include "shell/ascii_case.h"
 
 namespace wakeline {
 
@@ -19,16 +20,6 @@ std::vector<std::string> SplitCommandLine(std::string_view line) {
         fields.emplace_back(line.substr(start, comma - start));
         start = comma + 1;
     }
-}
-
-std::string UpperCase(std::string_view text) {
-    std::string upper(text);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - 'a' + 'A');
-        }
-    }
-    return upper;
 }
 
 std::optional<std::int16_t> ParseDebugMode(std::string_view field) {

@@ -14,9 +14,6 @@ namespace wakeline {
 // The line split at every ",", empty fields kept. An empty line has no fields at all.
 std::vector<std::string> SplitCommandLine(std::string_view line);
 
-// ASCII upper case; other bytes unchanged.
-std::string UpperCase(std::string_view text);
-
 // Field 3: "I" (message boxes) is 1, "F" (log file) is 2, anything else its whole-number
 // value, 0 for text that does not begin with a number. Empty when the number does not fit
 // in 16 bits (the caller keeps 0 and logs the field).

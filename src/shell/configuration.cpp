@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "display/text_number.h"
+#include "shell/ascii_case.h"
 
 namespace wakeline {
 namespace {
@@ -18,16 +19,6 @@ constexpr std::string_view kLineEnd = "\r\n";
 
 bool EndsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
-std::string ToLowerAscii(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') {
-            c = static_cast<char>(c - 'A' + 'a');
-        }
-    }
-    return lower;
 }
 
 void SetThreshold(std::string_view name, std::string_view value, DiagnosticLog& log,
@@ -153,7 +144,7 @@ bool DetermineFiles(const DetermineFilesInput& input, const FileSystem& files, U
         } else {
             // The chart plotter's program is looked for beside the settings file named on the
             // command line, then beside this program.
-            if (EndsWith(ToLowerAscii(field0), kIniNameWithSlash)) {
+            if (EndsWith(LowerCase(field0), kIniNameWithSlash)) {
                 out.SeaClearDir =
                     input.commandLine.substr(0, field0.size() - kIniNameWithSlash.size());
             }

@@ -1,6 +1,7 @@
 #include "shell/navigation_centre.h"
 
 #include "display/text_number.h"
+#include "shell/ascii_case.h"
 #include "shell/command_line.h"
 
 namespace wakeline {
