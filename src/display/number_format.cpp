@@ -1,8 +1,8 @@
 #include "display/number_format.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 
 #include "display/text_number.h"
 
@@ -59,20 +59,25 @@ std::string ScaledDigits(double magnitude, int decimals) {
             }
             return digits;
         }
-        char buffer[64];
-        std::snprintf(buffer, sizeof buffer, "%.0f", rounded);  // an exact integer value
-        return buffer;
+        char buffer[64];  // the largest float times 10^8 has 47 digits
+        const auto written =
+            std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed, 0);
+        return std::string(buffer, written.ptr);  // an exact integer value
     }
     // Any other double: its exact decimal expansion has no more fractional digits than the
     // binary exponent of its last bit. Below 2^-40 nothing reaches the digits that are kept.
     if (magnitude < 0x1p-40 && decimals <= 10) {
         return "0";
     }
-    std::string text(512, '\0');
-    const int length = std::snprintf(text.data(), text.size(), "%.*f", 100, magnitude);
-    text.resize(static_cast<std::size_t>(length));
+    // to_chars, unlike printf, ignores the C locale, which a Qt program sets from the user's
+    // environment: with a decimal comma printf would write no "." for the search below.
+    char buffer[512];  // the largest double has 309 integer digits
+    const auto written =
+        std::to_chars(buffer, buffer + sizeof buffer, magnitude, std::chars_format::fixed, 100);
+    const std::string_view text(buffer, static_cast<std::size_t>(written.ptr - buffer));
     const std::size_t point = text.find('.');
-    std::string digits = text.substr(0, point) + text.substr(point + 1, decimals);
+    std::string digits(text.substr(0, point));
+    digits += text.substr(point + 1, static_cast<std::size_t>(decimals));
     if (text[point + 1 + static_cast<std::size_t>(decimals)] >= '5') {
         int k = static_cast<int>(digits.size()) - 1;
         while (k >= 0 && digits[static_cast<std::size_t>(k)] == '9') {

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <limits>
+#include <string>
 
 namespace wakeline {
 namespace {
@@ -100,6 +102,24 @@ TEST(FormatMask, RoundsTheExactDoubleWhenGivenOne) {
     // 0.1 is 0.1000000000000000055511151231...: twenty decimals still show its exact digits.
     EXPECT_EQ(FormatMask(0.1, "0.00000000000000000000"), "0.10000000000000000555");
     EXPECT_EQ(FormatMask(-1e300 * 1e300, "0.0"), "-inf");
+}
+
+// A Qt program takes the C locale from the user's environment; "." must stay the point.
+TEST(FormatMask, IgnoresADecimalCommaLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    const char* names[] = {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "nl_NL.UTF-8"};
+    const char* found = nullptr;
+    for (const char* name : names) {
+        found = found != nullptr ? found : std::setlocale(LC_ALL, name);
+    }
+    if (found == nullptr) {
+        GTEST_SKIP() << "no locale with a decimal comma installed";
+    }
+    const std::string twenty = FormatMask(0.1, "0.00000000000000000000");
+    const std::string one = FormatMask(0.15, "0.0");
+    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(twenty, "0.10000000000000000555");
+    EXPECT_EQ(one, "0.1");
 }
 
 }  // namespace
