@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "display/text_number.h"
 
@@ -43,7 +44,9 @@ constexpr std::array<double, 9> kPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e
 std::string ScaledDigits(double magnitude, int decimals) {
     // A 32-bit float has 24 significant bits and 10^8 fits in 27, so for such values the
     // product is exact in a double and std::round (halves away from zero) is exact too.
-    if (decimals <= 8 && static_cast<double>(static_cast<float>(magnitude)) == magnitude) {
+    // (Converting a double beyond the float range to float is undefined, hence the first test.)
+    if (decimals <= 8 && magnitude <= std::numeric_limits<float>::max() &&
+        static_cast<double>(static_cast<float>(magnitude)) == magnitude) {
         const double rounded = std::round(magnitude * kPowersOfTen[decimals]);
         if (rounded < 1.8e19) {
             auto whole = static_cast<std::uint64_t>(rounded);

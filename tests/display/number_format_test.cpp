@@ -92,6 +92,7 @@ TEST(FormatMask, RoundsTheExactDoubleWhenGivenOne) {
     EXPECT_EQ(FormatToWidth(0.15f, "0.0", 0), "0.2");
     // 0.1 is 0.1000000000000000055511151231...: twenty decimals still show its exact digits.
     EXPECT_EQ(FormatMask(0.1, "0.00000000000000000000"), "0.10000000000000000555");
+    EXPECT_EQ(FormatMask(0x1p128, "0"), "340282366920938463463374607431768211456");
     EXPECT_EQ(FormatMask(-1e300 * 1e300, "0.0"), "-inf");
 }
 
