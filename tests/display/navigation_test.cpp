@@ -23,6 +23,9 @@ TEST(GrCDXY, HaversineDistanceInMetres) {
         {"one minute of longitude on the equator", 0, 0, 1000, 0, 1852.085205078125f},
         // The haversine term rounds to 1.0000000000000002 here, and 1 - a has no square root.
         {"nearly antipodal, a above 1", -1464209, 2304907, 9335791, -2304907, std::nullopt},
+        // cos x cos times the squared sine is 1.0000000000000002 here; times the sine twice, it
+        // would be 1 and give the antipodal distance.
+        {"squared sine taken first", -724844, 5306016, 10075155, -5306016, std::nullopt},
         // A latitude past the pole makes the term round to -1.4e-17.
         {"past the pole, a below 0", 2255663, 6583111, 13055663, 4216889, std::nullopt},
     };
