@@ -30,8 +30,11 @@ std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t l
     const double dLon = MMtoRad(lon1) - MMtoRad(lon2);
     const double sinLat = std::sin(dLat / 2);
     const double sinLon = std::sin(dLon / 2);
+    // The squares come first and the cosines' product then multiplies the longitude's square:
+    // each product rounds, and near the antipode the order decides whether a rounds to
+    // exactly 1 or just above it, which is an invalid square root.
     const double a =
-        sinLat * sinLat + std::cos(MMtoRad(lat1)) * std::cos(MMtoRad(lat2)) * sinLon * sinLon;
+        sinLat * sinLat + std::cos(MMtoRad(lat1)) * std::cos(MMtoRad(lat2)) * (sinLon * sinLon);
     double c = 0;
     if (a == 1.0) {
         c = kAntipodalAngle;
