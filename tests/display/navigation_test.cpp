@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 namespace wakeline {
 namespace {
 
-// Positions are milli-minutes, longitude first: 60,000 to a degree.
+// Positions are milli-minutes, longitude first: 60,000 to a degree. The rows whose haversine
+// term rounds past 0 or 1 were worked out with the sin and cos of glibc, which the program uses.
 TEST(GrCDXY, HaversineDistanceInMetres) {
     const struct {
         const char* legend;
