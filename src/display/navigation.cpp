@@ -30,8 +30,11 @@ std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t l
     const double dLon = MMtoRad(lon1) - MMtoRad(lon2);
     const double sinLat = std::sin(dLat / 2);
     const double sinLon = std::sin(dLon / 2);
+    // The squares come first and the cosines' product then multiplies the longitude's square:
+    // each product rounds, and near the antipode the order decides whether a rounds to
+    // exactly 1 or just above it, which is an invalid square root.
     const double a =
-        sinLat * sinLat + std::cos(MMtoRad(lat1)) * std::cos(MMtoRad(lat2)) * sinLon * sinLon;
+        sinLat * sinLat + std::cos(MMtoRad(lat1)) * std::cos(MMtoRad(lat2)) * (sinLon * sinLon);
     double c = 0;
     if (a == 1.0) {
         c = kAntipodalAngle;
@@ -81,20 +84,25 @@ std::optional<std::string> FormatAngle(std::string_view text, std::int16_t fold,
     if (text.find(',') != std::string_view::npos || !IsDecimalNumber(text)) {
         return std::string(text);
     }
-    double degrees = LeadingNumber(text) * kRadiansToDegrees;
-    if (std::abs(fold) == 180 && degrees > 180 && degrees <= 360) {
-        degrees -= 360;
-    }
-    if (!FitsFloat(degrees)) {
+    const double exactDegrees = LeadingNumber(text) * kRadiansToDegrees;
+    if (!FitsFloat(exactDegrees)) {
         return std::nullopt;
+    }
+    // The degrees are a 32-bit value before the fold is tested. In double precision the pi of
+    // the data line (3.14159265358979) times the factor is 180.00000000000006 and would fold to
+    // -180, and two pi would fold to a tiny negative shown as "-0"; as a float they are 180 and
+    // 360 exactly, which show as 180 and 0.
+    auto degrees = static_cast<float>(exactDegrees);
+    if (std::abs(fold) == 180 && degrees > 180 && degrees <= 360) {
+        degrees -= 360;  // exact: both lie within a factor of two
     }
     const std::string_view mask = decimals == 0 ? "0" : "0.00";
     if (!side.empty()) {
-        std::string result = FormatToWidth(static_cast<float>(std::fabs(degrees)), mask, 0);
+        std::string result = FormatToWidth(std::fabs(degrees), mask, 0);
         result += degrees < 0 ? " W" : " E";
         return result;
     }
-    return FormatToWidth(static_cast<float>(degrees), mask, 4);
+    return FormatToWidth(degrees, mask, 4);
 }
 
 }  // namespace wakeline

@@ -31,11 +31,11 @@ std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t l
 std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind);
 
 // Radians text to a degrees text. A text holding "," or that is not a decimal number is
-// returned unchanged. With |fold| 180 a value above 180 and up to 360 degrees has 360 taken
-// off. decimals 0 gives whole degrees, anything else two decimals. An empty side gives the
-// signed value right-aligned in 4 characters; a non-empty side (its content is not used)
-// gives the magnitude followed by " W" for a negative value, else " E". Empty when the
-// degrees overflow a 32-bit float.
+// returned unchanged. The degrees are rounded to a 32-bit float first; then, with |fold| 180,
+// a value above 180 and up to 360 has 360 taken off (pi shows 180, two pi shows 0). decimals 0
+// gives whole degrees, anything else two decimals. An empty side gives the signed value
+// right-aligned in 4 characters; a non-empty side (its content is not used) gives the magnitude
+// followed by " W" for a negative value, else " E". Empty when the degrees overflow a 32-bit float.
 std::optional<std::string> FormatAngle(std::string_view text, std::int16_t fold,
                                        std::string_view side, std::int16_t decimals);
 

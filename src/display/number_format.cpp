@@ -1,8 +1,9 @@
 #include "display/number_format.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
+#include <limits>
 
 #include "display/text_number.h"
 
@@ -43,7 +44,9 @@ constexpr std::array<double, 9> kPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e
 std::string ScaledDigits(double magnitude, int decimals) {
     // A 32-bit float has 24 significant bits and 10^8 fits in 27, so for such values the
     // product is exact in a double and std::round (halves away from zero) is exact too.
-    if (decimals <= 8 && static_cast<double>(static_cast<float>(magnitude)) == magnitude) {
+    // (Converting a double beyond the float range to float is undefined, hence the first test.)
+    if (decimals <= 8 && magnitude <= std::numeric_limits<float>::max() &&
+        static_cast<double>(static_cast<float>(magnitude)) == magnitude) {
         const double rounded = std::round(magnitude * kPowersOfTen[decimals]);
         if (rounded < 1.8e19) {
             auto whole = static_cast<std::uint64_t>(rounded);
@@ -59,20 +62,25 @@ std::string ScaledDigits(double magnitude, int decimals) {
             }
             return digits;
         }
-        char buffer[64];
-        std::snprintf(buffer, sizeof buffer, "%.0f", rounded);  // an exact integer value
-        return buffer;
+        char buffer[64];  // the largest float times 10^8 has 47 digits
+        const auto written =
+            std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed, 0);
+        return std::string(buffer, written.ptr);  // an exact integer value
     }
     // Any other double: its exact decimal expansion has no more fractional digits than the
     // binary exponent of its last bit. Below 2^-40 nothing reaches the digits that are kept.
     if (magnitude < 0x1p-40 && decimals <= 10) {
         return "0";
     }
-    std::string text(512, '\0');
-    const int length = std::snprintf(text.data(), text.size(), "%.*f", 100, magnitude);
-    text.resize(static_cast<std::size_t>(length));
+    // to_chars, unlike printf, ignores the C locale, which a Qt program sets from the user's
+    // environment: with a decimal comma printf would write no "." for the search below.
+    char buffer[512];  // the largest double has 309 integer digits
+    const auto written =
+        std::to_chars(buffer, buffer + sizeof buffer, magnitude, std::chars_format::fixed, 100);
+    const std::string_view text(buffer, static_cast<std::size_t>(written.ptr - buffer));
     const std::size_t point = text.find('.');
-    std::string digits = text.substr(0, point) + text.substr(point + 1, decimals);
+    std::string digits(text.substr(0, point));
+    digits += text.substr(point + 1, static_cast<std::size_t>(decimals));
     if (text[point + 1 + static_cast<std::size_t>(decimals)] >= '5') {
         int k = static_cast<int>(digits.size()) - 1;
         while (k >= 0 && digits[static_cast<std::size_t>(k)] == '9') {
