@@ -232,6 +232,16 @@ TEST_F(TrackWriterTest, WithoutTraceRecordsAreDiscardedButTheHistoryIsSaved) {
     EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 1);
 }
 
+TEST_F(TrackWriterTest, WithoutATrackDirectoryNothingIsWritten) {
+    settings_.TrackDir = "";
+    settings_.SetLogData = true;
+    Writer().SetHistoryLoaded();
+    Note(0, "start");
+    EXPECT_EQ(files_.appendCalls, 0);
+    EXPECT_EQ(files_.files.size(), 0u);
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+}
+
 TEST_F(TrackWriterTest, TheHistoryFileWaitsUntilStartUpHasLoadedIt) {
     files_.files[kHistoryFile] = "the saved history";
     Note(0, "Wakeline  V0.1.0 started commandline: ");
