@@ -9,7 +9,7 @@ namespace {
 
 // Days from 0000-03-01 of the proleptic Gregorian calendar, counted so that the leap day is
 // the last day of its year: the month table is then the same for every year.
-std::int64_t DaysFromCivil(std::int64_t year, std::int64_t month, std::int64_t day) {
+constexpr std::int64_t DaysFromCivil(std::int64_t year, std::int64_t month, std::int64_t day) {
     year -= month <= 2 ? 1 : 0;
     const std::int64_t era = (year >= 0 ? year : year - 399) / 400;
     const std::int64_t yearOfEra = year - era * 400;
@@ -37,7 +37,7 @@ Civil CivilFromDays(std::int64_t days) {
     return Civil{year, month, day};
 }
 
-const std::int64_t kEpochDays = DaysFromCivil(1899, 12, 30);
+constexpr std::int64_t kEpochDays = DaysFromCivil(1899, 12, 30);
 
 // Beyond this many days (some 270,000 years) the fields would not fit their ints.
 constexpr double kLargestDays = 1.0e8;
