@@ -128,10 +128,11 @@ TEST_F(TrackWriterTest, PositionIsWholeThousandthsOfAMinuteHalvesToEven) {
     };
     const Row rows[] = {
         {"plain degrees", Line("52.5", "-4.25"), 3150000, -255000},
-        {"937.5 rounds to 938", Line("0.015625", "0.046875"), 938, 2812},  // 2812.5 to 2812
-        {"negative half", Line("-0.046875", "-0.015625"), -2812, -938},
+        {"937.5 to 938, 2812.5 to 2812", Line("0.015625", "0.046875"), 938, 2812},
+        {"negative halves", Line("-0.046875", "-0.015625"), -2812, -938},
         {"not numbers", "abc,x1,6.2\r\n", 0, 0},
         {"one field", "52.5", 3150000, 0},
+        {"40000 degrees overflow 32 bits: not recorded", Line("40000"), 3150000, 0},
     };
     int seconds = 0;
     for (const Row& row : rows) {
@@ -139,116 +140,79 @@ TEST_F(TrackWriterTest, PositionIsWholeThousandthsOfAMinuteHalvesToEven) {
         EXPECT_EQ(Writer().State().LastLat, row.lat) << row.legend;
         EXPECT_EQ(Writer().State().LastLon, row.lon) << row.legend;
     }
-    // 40000 degrees do not fit 32 bits of thousandths: not recorded, nothing moves.
-    Data(seconds += 2, Line("40000"));
-    EXPECT_EQ(Writer().State().LastLat, 3150000);
     EXPECT_NE(Log().find("line not recorded"), std::string::npos);
 }
 
-TEST_F(TrackWriterTest, WithAllThresholdsOffOnlyNotesReachTheFile) {
-    settings_.SetLogData = true;
-    Note(0, "Wakeline  V0.1.0 started commandline: ");
-    for (int s = 1; s < 100; ++s) {
-        Data(s);
-    }
-    Note(100, "");  // an empty note is never written, but flushes
+TEST_F(TrackWriterTest, NotesAndTheirLogDataSwitch) {
+    // All thresholds off: no data line is ever recorded; notes are, with SetLogData only.
+    Note(0, "start");  // notes off: an empty append that creates the day file
+    Data(1);
+    Note(2, "dropped");
+    EXPECT_EQ(files_.files[kDayFile], "");
+    Writer().Settings().SetLogData = true;
+    Note(3, "");  // never written
     Note(101, "reefed");
-    EXPECT_EQ(files_.files[kDayFile],
-              "/* 20261115 12:00:00 CZ - Wakeline  V0.1.0 started commandline: \r\n"
-              "/* 20261115 12:01:41 CZ - reefed\r\n");
+    EXPECT_EQ(files_.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n");
     EXPECT_EQ(history_.Count, 0);
+
+    // A note flushes the pending records and follows them.
+    Writer().Settings().TrackTime = 1;
+    Data(102);
+    Note(103, "tacked");
+    EXPECT_EQ(files_.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n20261115 12:01:42 CZ," +
+                                          Line() + "/* 20261115 12:01:43 CZ - tacked\r\n");
 }
 
-TEST_F(TrackWriterTest, TheSixtiethRecordFlushes) {
+TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
     settings_.TrackTime = 1;
-    Note(0, "start");  // notes off: an empty append that sets the last write time
+    settings_.DiskWriteInterval = 600;
+    Note(0, "start");
     for (int s = 1; s <= 59; ++s) {
         Data(s);
     }
-    EXPECT_EQ(files_.files[kDayFile], "");
     EXPECT_EQ(Writer().PendingCount(), 59u);
     Data(60);
     EXPECT_EQ(Writer().PendingCount(), 0u);
     EXPECT_EQ(files_.files[kDayFile].substr(0, 21), "20261115 12:00:01 CZ,");
-    EXPECT_EQ(files_.appendCalls, 2);
-}
-
-TEST_F(TrackWriterTest, TheIntervalFlushesOnlyWhenPassed) {
-    settings_.TrackTime = 1;
-    settings_.DiskWriteInterval = 600;
-    Note(0, "start");
-    Data(600);  // exactly the interval: still pending
+    Data(660);  // exactly the interval after the flush at 60: still pending
     EXPECT_EQ(Writer().PendingCount(), 1u);
-    Data(601);
+    Data(661);
     EXPECT_EQ(Writer().PendingCount(), 0u);
-    EXPECT_EQ(files_.appendCalls, 2);
 }
 
-TEST_F(TrackWriterTest, NotesFollowTheRecordsOnlyWithLogDataSet) {
-    settings_.TrackTime = 1;
-    Note(0, "start");
-    Data(1);
-    Data(2);
-    Note(3, "tacked");
-    const std::string records = "20261115 12:00:01 CZ," + Line() + "20261115 12:00:02 CZ," + Line();
-    EXPECT_EQ(files_.files[kDayFile], records);
-
-    Writer().Settings().SetLogData = true;
-    Data(4);
-    Note(5, "tacked again");
-    EXPECT_EQ(files_.files[kDayFile], records + "20261115 12:00:04 CZ," + Line() +
-                                          "/* 20261115 12:00:05 CZ - tacked again\r\n");
-}
-
-TEST_F(TrackWriterTest, AFlushAfterLocalMidnightStartsTheNextDaysFile) {
-    settings_.TrackTime = 1;
-    Note(0, "start");
-    Data(1);
-    system_.localDate = CalendarDate{2026, 11, 16};  // the laptop's zone is past midnight
-    Note(2, "flush");
-    EXPECT_EQ(files_.files["/boat/track/20261116.TRT"], "20261115 12:00:01 CZ," + Line());
-}
-
-TEST_F(TrackWriterTest, TheSeaTalkTimeIsNowOnceTheBusGaveOne) {
+TEST_F(TrackWriterTest, FilesAreNamedByTheLocalDateStampsCarryTheDataTime) {
     settings_.TrackTime = 1;
     DateTime busTime = 0.0;
     Writer().SetSeaTalkTime([&] { return busTime; });
-    Data(1);
-    busTime = DateTimeFromFields({2026, 11, 16, 8, 30, 5});
+    Note(0, "start");
+    Data(1);  // no bus time yet: the program clock
+    busTime = DateTimeFromFields({2026, 11, 15, 12, 5, 0});
     Data(2);
+    system_.localDate = CalendarDate{2026, 11, 16};  // the laptop's zone is past midnight
     Note(3, "flush");
-    EXPECT_EQ(files_.files[kDayFile],
-              "20261115 12:00:01 CZ," + Line() + "20261116 08:30:05 CZ," + Line());
+    EXPECT_EQ(files_.files["/boat/track/20261116.TRT"],
+              "20261115 12:00:01 CZ," + Line() + "20261115 12:05:00 CZ," + Line());
 }
 
-TEST_F(TrackWriterTest, WithoutTraceRecordsAreDiscardedButTheHistoryIsSaved) {
+TEST_F(TrackWriterTest, WhatAFlushWritesBesideTheTrack) {
+    // The history waits until start-up has loaded it.
+    files_.files[kHistoryFile] = "the saved history";
     settings_.TrackTime = 1;
     settings_.TraceOn = false;
+    Data(0);
+    EXPECT_EQ(files_.files[kHistoryFile], "the saved history");
+    // Without trace the records are discarded, but the history is saved.
     Writer().SetHistoryLoaded();
-    Data(1);
-    Note(2, "flush");
+    Note(1, "flush");
     EXPECT_EQ(files_.files.count(kDayFile), 0u);
     EXPECT_EQ(Writer().PendingCount(), 0u);
     EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 1);
-}
-
-TEST_F(TrackWriterTest, WithoutATrackDirectoryNothingIsWritten) {
-    settings_.TrackDir = "";
-    settings_.SetLogData = true;
-    Writer().SetHistoryLoaded();
-    Note(0, "start");
-    EXPECT_EQ(files_.appendCalls, 0);
+    // Without a track directory nothing at all is written.
+    files_.files.clear();
+    Writer().Settings().TrackDir = "";
+    Writer().Settings().TraceOn = true;
+    Note(2, "flush");
     EXPECT_EQ(files_.files.size(), 0u);
-    EXPECT_EQ(Writer().PendingCount(), 0u);
-}
-
-TEST_F(TrackWriterTest, TheHistoryFileWaitsUntilStartUpHasLoadedIt) {
-    files_.files[kHistoryFile] = "the saved history";
-    Note(0, "Wakeline  V0.1.0 started commandline: ");
-    EXPECT_EQ(files_.files[kHistoryFile], "the saved history");
-    Writer().SetHistoryLoaded();
-    Note(1, "normal closedown");
-    EXPECT_EQ(files_.files[kHistoryFile].size(), 18020u);
 }
 
 TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
@@ -261,9 +225,8 @@ TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
     Data(3);
     Note(4, "flush fails again");
     EXPECT_EQ(dialogs_.messages.size(), 1u) << "shown once, not on every retry";
-    EXPECT_EQ(Writer().PendingCount(), 2u);
     EXPECT_NE(Log().find("could not append 2 records"), std::string::npos);
-    EXPECT_EQ(history_.Count, 2) << "the history is saved all the same";
+    EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 2) << "saved all the same";
 
     // Kept records do not count towards the 60: the next retry is after 60 new ones.
     for (int s = 5; s < 63; ++s) {
@@ -274,24 +237,12 @@ TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
     EXPECT_EQ(Writer().PendingCount(), 61u) << "59 new records: no retry yet";
     Data(64);
     EXPECT_EQ(Writer().PendingCount(), 0u);
-    std::size_t failures = 0;
-    for (std::size_t at = Log().find("could not append"); at != std::string::npos;
-         at = Log().find("could not append", at + 1)) {
-        ++failures;
-    }
-    EXPECT_EQ(failures, 2u);
+    const std::string first = "20261115 12:00:01 CZ," + Line() + "20261115 12:00:03 CZ," + Line();
+    EXPECT_EQ(files_.files[kDayFile].substr(0, first.size()), first);
+    EXPECT_EQ(files_.files[kDayFile].size(), 31 * first.size());
 
-    std::string expected;
-    for (int s : {1, 3}) {
-        expected += "20261115 12:00:0" + std::to_string(s) + " CZ," + Line();
-    }
-    EXPECT_EQ(files_.files[kDayFile].substr(0, expected.size()), expected);
-    EXPECT_EQ(files_.files[kDayFile].size(), 62 * expected.size() / 2);
-    EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 62);
-
-    // A later failure spell is shown again.
     files_.readOnlyPaths.insert(kDayFile);
-    Note(65, "fails");
+    Note(65, "a new failure spell is shown again");
     EXPECT_EQ(dialogs_.messages.size(), 2u);
 }
 
@@ -299,15 +250,14 @@ TEST_F(TrackWriterTest, TheKeptTextIsBounded) {
     settings_.TrackTime = 1;
     Note(0, "start");
     files_.readOnlyPaths.insert(kDayFile);
-    const std::string big = Line() + std::string(1024 * 1024 - 100, ' ');  // under 1 MiB
+    const std::string big = Line() + std::string(1024 * 1024 - 100, ' ');
     for (int s = 1; s <= 17; ++s) {
-        Note(s, "");  // retry (and fail) on every line
-        Data(s * 2, big);
+        Data(s, big);  // 16 records of 21 + (1 MiB - 78) bytes fit in 16 MiB, the 17th not
     }
-    EXPECT_EQ(Writer().PendingCount(), 16u);  // 16 records of 21 + (1 MiB - 100) bytes fit
+    Note(18, "");
     EXPECT_EQ(Writer().DroppedRecords(), 1u);
     files_.readOnlyPaths.clear();
-    Note(40, "");
+    Note(19, "");
     EXPECT_EQ(files_.files[kDayFile].size(), 16 * (21 + big.size()));
     EXPECT_NE(Log().find("1 records dropped"), std::string::npos);
 }
