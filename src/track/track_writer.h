@@ -64,7 +64,7 @@ class TrackWriter {
     // made while that dialog is open finds the writer consistent.
     void TraceWriteLine(std::string_view text, bool force, std::string_view shownCog = {});
 
-    // The SeaTalk bus's date-time; a source giving 0 (no time from the bus yet), or none,
+    // In SeaTalk mode, the bus's date-time; a source giving 0 (no time from the bus yet), or none,
     // leaves "now" to the program clock.
     void SetSeaTalkTime(std::function<DateTime()> source) { seaTalkTime_ = std::move(source); }
     // Called after each record has reached the wind history, while the wind graph is open;
