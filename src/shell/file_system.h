@@ -22,6 +22,12 @@ class FileSystem {
     virtual bool AppendToFile(const std::string& path, std::string_view bytes) = 0;
     // Creates or truncates the file and writes the bytes. False when any step failed.
     virtual bool WriteFile(const std::string& path, std::string_view bytes) = 0;
+    // Replaces the file's whole contents so that a failure part way leaves the previous
+    // contents in place rather than a cut-off file. False when it failed. This default writes
+    // in place; StdFileSystem writes a temporary file beside it and renames it over the file.
+    virtual bool ReplaceFile(const std::string& path, std::string_view bytes) {
+        return WriteFile(path, bytes);
+    }
 };
 
 // Files through <fstream> and <filesystem>.
@@ -32,6 +38,8 @@ class StdFileSystem : public FileSystem {
     std::optional<std::string> ReadFile(const std::string& path) const override;
     bool AppendToFile(const std::string& path, std::string_view bytes) override;
     bool WriteFile(const std::string& path, std::string_view bytes) override;
+    // Writes path + ".tmp" and renames it over `path` (the temporary is removed on failure).
+    bool ReplaceFile(const std::string& path, std::string_view bytes) override;
 };
 
 // Splits text into lines: a line ends at LF, CR LF or CR, and the ending is not part of it.

@@ -1,0 +1,103 @@
+// The per-line cost of the track writer and the wind history work done on each track record.
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "shell/clock.h"
+#include "shell/diagnostic_log.h"
+#include "shell/file_system.h"
+#include "shell/user_dialogs.h"
+#include "track/track_writer.h"
+#include "wind/wind_data.h"
+#include "wind/wind_file.h"
+
+namespace wakeline {
+namespace {
+
+class StillClock : public Clock {
+  public:
+    CalendarFields UtcNow() const override { return {2026, 11, 15, 12, 0, 0}; }
+    CalendarDate LocalDateAt(DateTime) const override { return {2026, 11, 15}; }
+};
+
+class NoFiles : public FileSystem {
+  public:
+    bool FileExists(const std::string&) const override { return false; }
+    bool DirectoryExists(const std::string&) const override { return false; }
+    std::optional<std::string> ReadFile(const std::string&) const override { return {}; }
+    bool AppendToFile(const std::string&, std::string_view) override { return true; }
+    bool WriteFile(const std::string&, std::string_view) override { return true; }
+};
+
+class NoDialogs : public UserDialogs {
+  public:
+    void ShowMessage(const std::string&) override {}
+    bool AskOkCancel(const std::string&) override { return true; }
+    std::optional<std::string> AskText(const std::string&, const std::string&) override {
+        return {};
+    }
+};
+
+WindData FullBuffer() {
+    WindData data;
+    for (int k = 0; k < kWindCapacity; ++k) {
+        AddWindObservation(data, 10.0f + k % 7, 350.0f + k % 20, 46341.5 + k / 86400.0, 1);
+    }
+    return data;
+}
+
+// A data line that meets no threshold: the position, course and distance work of every line.
+void BM_TraceWriteLineDecision(benchmark::State& state) {
+    StillClock system;
+    ProgramClock clock(system);
+    NoFiles files;
+    NoDialogs dialogs;
+    DiagnosticLog log(clock, files, dialogs, "");
+    WindData history;
+    WindData samples;
+    TrackSettings settings;
+    settings.TrackDir = "/boat/track";
+    settings.TrackDistance = 1.0e7f;
+    settings.TrackCompDev = 360.0f;
+    TrackWriter writer(settings, clock, files, log, dialogs, history, samples);
+    const std::string line =
+        "52.5012,-4.2519,6.2,0.52,3.1,12.5,0.8,5.1,1.2,7.3,2.3,0.1,4.4,,,6.0,1.0,WP1,0.2,"
+        "0.3,0.4,0.5,0.6\r\n";
+    for (auto _ : state) {
+        writer.TraceWriteLine(line, false, " 123");
+    }
+    benchmark::DoNotOptimize(writer.PendingCount());
+}
+BENCHMARK(BM_TraceWriteLineDecision);
+
+void BM_AddWindObservationFull(benchmark::State& state) {
+    WindData data = FullBuffer();
+    double time = 46342.0;
+    for (auto _ : state) {
+        AddWindObservation(data, 12.0f, 5.0f, time, 1);
+        time += 1.0 / 86400.0;
+    }
+    benchmark::DoNotOptimize(data.Obs[1000]);
+}
+BENCHMARK(BM_AddWindObservationFull);
+
+void BM_AverageWindFull(benchmark::State& state) {
+    const WindData data = FullBuffer();
+    for (auto _ : state) {
+        float reference = kNoReference;
+        benchmark::DoNotOptimize(AverageWind(data, 0, reference));
+    }
+}
+BENCHMARK(BM_AverageWindFull);
+
+void BM_EncodeWindData(benchmark::State& state) {
+    const WindData data = FullBuffer();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(EncodeWindData(data));
+    }
+}
+BENCHMARK(BM_EncodeWindData);
+
+}  // namespace
+}  // namespace wakeline

@@ -1,0 +1,226 @@
+#include "track/track_writer.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "display/navigation.h"
+#include "display/text_number.h"
+#include "shell/elapsed_seconds.h"
+#include "wind/wind_file.h"
+
+namespace wakeline {
+namespace {
+
+// Thousandths of a minute per degree.
+constexpr double kMilliMinutesPerDegree = 60000.0;
+
+// The first two fields of a data line: latitude and longitude in decimal degrees.
+std::pair<std::string_view, std::string_view> PositionFields(std::string_view line) {
+    const std::size_t firstComma = line.find(',');
+    if (firstComma == std::string_view::npos) {
+        return {line, {}};
+    }
+    std::string_view rest = line.substr(firstComma + 1);
+    return {line.substr(0, firstComma), rest.substr(0, rest.find(','))};
+}
+
+bool FitsInt32(double value) {
+    return value >= std::numeric_limits<std::int32_t>::min() &&
+           value <= std::numeric_limits<std::int32_t>::max();
+}
+
+bool FitsFloat(double value) {
+    return std::isfinite(value) && std::fabs(value) <= std::numeric_limits<float>::max();
+}
+
+// A threshold of 0 is switched off; a value that reaches it meets it.
+bool Meets(double value, float threshold) {
+    return threshold != 0.0f && value >= threshold;
+}
+
+}  // namespace
+
+TrackWriter::TrackWriter(TrackSettings settings, const ProgramClock& clock, FileSystem& files,
+                         DiagnosticLog& log, UserDialogs& dialogs, WindData& windHistory,
+                         WindData& windSamples)
+    : settings_(std::move(settings)),
+      clock_(clock),
+      files_(files),
+      log_(log),
+      dialogs_(dialogs),
+      windHistory_(windHistory),
+      windSamples_(windSamples) {}
+
+void TrackWriter::TraceWriteLine(std::string_view text, bool force, std::string_view shownCog) {
+    const DateTime now = Now();
+    bool flushAllowed = true;
+    if (force) {
+        // Notes stay out of the thresholds and the wind history.
+        if (!text.empty() && settings_.SetLogData) {
+            Keep("/* " + FormatStampTime(now) + " CZ - " + std::string(text) + "\r\n");
+        }
+    } else {
+        flushAllowed = RecordDataLine(text, shownCog, now);
+    }
+    if (flushAllowed && FlushDue(force, now)) {
+        Flush(now);
+    }
+
+    // Reports go out last: a message box runs the event loop, and a line arriving meanwhile
+    // must find the writer settled.
+    std::vector<std::string> logLines = std::exchange(logLines_, {});
+    std::vector<std::string> messages = std::exchange(messages_, {});
+    for (const std::string& line : logLines) {
+        log_.DebugWriteLine(line);
+    }
+    for (const std::string& message : messages) {
+        dialogs_.ShowMessage(message);
+    }
+}
+
+DateTime TrackWriter::Now() const {
+    if (seaTalkTime_) {
+        const DateTime busTime = seaTalkTime_();
+        if (busTime != 0.0) {
+            return busTime;
+        }
+    }
+    return clock_.NowUtc();
+}
+
+bool TrackWriter::RecordDataLine(std::string_view text, std::string_view shownCog, DateTime now) {
+    const auto [latText, lonText] = PositionFields(text);
+    const double courseValue = LeadingNumber(shownCog);
+    const double latValue = RoundHalfEven(LeadingNumber(latText) * kMilliMinutesPerDegree);
+    const double lonValue = RoundHalfEven(LeadingNumber(lonText) * kMilliMinutesPerDegree);
+    // An overflow ends the routine before anything is stored, as any arithmetic fault does.
+    if (!FitsFloat(courseValue) || !FitsInt32(latValue) || !FitsInt32(lonValue)) {
+        logLines_.push_back("TraceWriteLine position or course out of range, line not recorded");
+        return false;
+    }
+    const auto course = static_cast<float>(courseValue);
+    const auto lat = static_cast<std::int32_t>(latValue);
+    const auto lon = static_cast<std::int32_t>(lonValue);
+
+    const double elapsed = ElapsedSeconds(state_.LastTime, now);
+    // A plain difference: 359 to 1 degrees is a turn of 358, as the chart plotter counts it.
+    const float turn = std::fabs(course - state_.LastCourse);
+    const std::optional<float> distance = GrCDXY(state_.LastLon, state_.LastLat, lon, lat);
+    if (!distance) {
+        logLines_.push_back("TraceWriteLine distance not computable, line not recorded");
+        return false;
+    }
+    if (!Meets(elapsed, settings_.TrackTime) && !Meets(turn, settings_.TrackCompDev) &&
+        !Meets(*distance, settings_.TrackDistance)) {
+        return false;
+    }
+
+    Keep(FormatStampTime(now) + " CZ," + std::string(text));
+    state_.LastTime = now;
+    state_.LastCourse = course;
+    state_.LastLat = lat;
+    state_.LastLon = lon;
+    TakeWindObservation();
+    return true;
+}
+
+void TrackWriter::TakeWindObservation() {
+    float reference = kNoReference;
+    const WindObservation mean = AverageWind(windSamples_, 0, reference);
+    // Even the all-zero mean of an empty sample buffer goes into the history.
+    AddWindObservation(windHistory_, mean.Speed, mean.Direction, mean.Time, mean.Samples);
+    ClearWindData(windSamples_);
+    if (graphRedraw_) {
+        graphRedraw_();
+    }
+}
+
+void TrackWriter::Keep(std::string entry) {
+    if (pendingBytes_ + entry.size() > kMaxPendingBytes) {
+        ++dropped_;
+        if (!dropLogged_) {
+            dropLogged_ = true;
+            logLines_.push_back("TraceWriteLine track buffer full while the disk fails, " +
+                                std::string("new records are dropped"));
+        }
+        return;
+    }
+    pendingBytes_ += entry.size();
+    pending_.push_back(std::move(entry));
+}
+
+bool TrackWriter::FlushDue(bool force, DateTime now) const {
+    return force || ElapsedSeconds(state_.LastWrite, now) > settings_.DiskWriteInterval ||
+           pending_.size() - carried_ >= kFlushAfterRecords;
+}
+
+void TrackWriter::Flush(DateTime now) {
+    state_.LastWrite = now;
+    if (settings_.TraceOn && !settings_.TrackDir.empty()) {
+        WriteTrack();
+    } else {
+        DiscardPending();
+    }
+    SaveHistory();
+}
+
+void TrackWriter::DiscardPending() {
+    pending_.clear();
+    pendingBytes_ = 0;
+    carried_ = 0;
+}
+
+void TrackWriter::WriteTrack() {
+    const std::string path = settings_.TrackDir + "/" + FormatDayName(clock_.LocalToday()) + ".TRT";
+    std::string bytes;
+    bytes.reserve(pendingBytes_);
+    for (const std::string& entry : pending_) {
+        bytes += entry;
+    }
+    // An empty flush still opens the file, so the day's file exists from the first note on
+    // and a directory that refuses writing shows at the start of the run.
+    if (!files_.AppendToFile(path, bytes)) {
+        // A retry after a partial write may repeat what reached the disk: a repeated line is
+        // better than a lost one.
+        carried_ = pending_.size();
+        logLines_.push_back("TraceWriteLine could not append " + std::to_string(pending_.size()) +
+                            " records to " + path + ", kept for the next write");
+        if (!trackFailureShown_) {
+            trackFailureShown_ = true;
+            messages_.push_back("The track file " + path +
+                                " cannot be written. The track is kept in memory and written "
+                                "when the disk accepts it again.");
+        }
+        return;
+    }
+    if (trackFailureShown_ || carried_ > 0) {
+        logLines_.push_back("TraceWriteLine wrote " + std::to_string(pending_.size()) +
+                            " kept records to " + path);
+    }
+    if (dropLogged_) {
+        logLines_.push_back("TraceWriteLine " + std::to_string(dropped_) +
+                            " records dropped so far while the disk failed");
+    }
+    DiscardPending();
+    trackFailureShown_ = false;
+    dropLogged_ = false;
+}
+
+void TrackWriter::SaveHistory() {
+    if (!historyLoaded_ || settings_.TrackDir.empty()) {
+        return;
+    }
+    const std::string path = WindHistoryPath(settings_.TrackDir);
+    if (SaveWindHistory(files_, path, windHistory_)) {
+        historyFailureShown_ = false;
+        return;
+    }
+    logLines_.push_back("TraceWriteLine could not save the wind history to " + path);
+    if (!historyFailureShown_) {
+        historyFailureShown_ = true;
+        messages_.push_back("The wind history " + path + " cannot be saved.");
+    }
+}
+
+}  // namespace wakeline

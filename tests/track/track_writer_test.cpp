@@ -1,0 +1,266 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "shell/clock.h"
+#include "shell/diagnostic_log.h"
+#include "support/fakes.h"
+#include "track/track_writer.h"
+#include "wind/wind_file.h"
+
+namespace wakeline {
+namespace {
+
+constexpr const char* kDir = "/boat/track";
+constexpr const char* kDayFile = "/boat/track/20261115.TRT";
+constexpr const char* kHistoryFile = "/boat/track/wakeline_wc.bin";
+constexpr const char* kLogFile = "/log/WakelineDebug.txt";
+
+// A data line at the given position, with its own line end as the link delivers it.
+std::string Line(const std::string& lat = "52.5", const std::string& lon = "-4.25") {
+    return lat + "," + lon + ",6.2,0.5,3.1,12.5\r\n";
+}
+
+class TrackWriterTest : public ::testing::Test {
+  protected:
+    TrackWriterTest() : log_(clock_, files_, dialogs_, kLogFile) {
+        log_.SetMode(kDebugLogFile);
+        settings_.TrackDir = kDir;
+    }
+
+    TrackWriter& Writer() {
+        if (!writer_) {
+            writer_.emplace(settings_, clock_, files_, log_, dialogs_, history_, samples_);
+        }
+        return *writer_;
+    }
+    // 2026-11-15 12:00:00 UTC plus whole seconds.
+    void SetTime(int seconds) {
+        clock_.SetReplayTime(DateTimeFromFields({2026, 11, 15, 12, 0, 0}) +
+                             seconds / kSecondsPerDay);
+    }
+    void Data(int seconds, const std::string& line = Line(), const std::string& cog = " 123") {
+        SetTime(seconds);
+        Writer().TraceWriteLine(line, false, cog);
+    }
+    void Note(int seconds, const std::string& text) {
+        SetTime(seconds);
+        Writer().TraceWriteLine(text, true);
+    }
+    std::string Log() { return files_.files[kLogFile]; }
+
+    testing::FakeClock system_;
+    ProgramClock clock_{system_};
+    testing::FakeFileSystem files_;
+    testing::RecordingDialogs dialogs_;
+    DiagnosticLog log_;
+    TrackSettings settings_;
+    WindData history_;
+    WindData samples_;
+    std::optional<TrackWriter> writer_;
+};
+
+TEST_F(TrackWriterTest, TrackTimeRecordsEveryTenSecondsWithTheWindOfEach) {
+    settings_.TrackTime = 10;
+    Writer().SetHistoryLoaded();
+    int redraws = 0;
+    Writer().SetGraphRedraw([&] { ++redraws; });
+    for (int s = 0; s <= 25; ++s) {
+        AddWindObservation(samples_, 10.0f, 90.0f, clock_.NowUtc(), 1);
+        Data(s);
+    }
+    // The first record flushes at once: the last write time is still zero.
+    EXPECT_EQ(files_.files[kDayFile], "20261115 12:00:00 CZ," + Line());
+    EXPECT_EQ(Writer().PendingCount(), 2u);
+    Note(26, "normal closedown");  // notes are off: flushes only
+    EXPECT_EQ(files_.files[kDayFile], "20261115 12:00:00 CZ," + Line() + "20261115 12:00:10 CZ," +
+                                          Line() + "20261115 12:00:20 CZ," + Line());
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+
+    ASSERT_EQ(history_.Count, 3);
+    EXPECT_EQ(history_.Obs[0].Samples, 1);
+    EXPECT_EQ(history_.Obs[1].Samples, 10);  // the samples of seconds 1 to 10
+    EXPECT_EQ(history_.Obs[2].Samples, 10);
+    EXPECT_EQ(samples_.Count, 5);  // seconds 21 to 25, waiting for the next record
+    EXPECT_EQ(redraws, 3);
+    const WindDecode saved = DecodeWindData(files_.files[kHistoryFile]);
+    EXPECT_EQ(saved.data.Count, 3);
+    EXPECT_EQ(saved.data.Obs[2].Time, history_.Obs[2].Time);
+}
+
+TEST_F(TrackWriterTest, EachThresholdIsMetFromItsValueOn) {
+    // 0.001 degree of latitude: 60 thousandths of a minute = 60 x 2.90888208665722e-7 rad,
+    // x 6.367e6 = 111.1 m; 0.0005 degree = 55.6 m.
+    struct Row {
+        const char* legend;
+        int seconds;
+        std::string lat;
+        std::string cog;
+        bool recorded;
+    };
+    settings_.TrackCompDev = 20;
+    settings_.TrackDistance = 100;
+    const Row rows[] = {
+        {"first line: everything differs from zero", 0, "52.5", " 350", true},
+        {"turn 5, no move", 1, "52.5", " 355", false},
+        {"350 to 10 is a turn of 340", 2, "52.5", "  10", true},
+        {"turn 19.5", 3, "52.5", "29.5", false},
+        {"turn exactly 20", 4, "52.5", "  30", true},
+        {"55.6 m", 5, "52.5005", "  30", false},
+        {"111.1 m from the last record", 6, "52.501", "  30", true},
+        {"hours later, Track Time off", 9000, "52.501", "  30", false},
+    };
+    for (const Row& row : rows) {
+        const std::int16_t before = history_.Count;
+        Data(row.seconds, Line(row.lat), row.cog);
+        EXPECT_EQ(history_.Count > before, row.recorded) << row.legend;
+    }
+}
+
+TEST_F(TrackWriterTest, PositionIsWholeThousandthsOfAMinuteHalvesToEven) {
+    settings_.TrackTime = 1;
+    struct Row {
+        const char* legend;
+        std::string line;
+        std::int32_t lat;
+        std::int32_t lon;
+    };
+    const Row rows[] = {
+        {"plain degrees", Line("52.5", "-4.25"), 3150000, -255000},
+        {"937.5 to 938, 2812.5 to 2812", Line("0.015625", "0.046875"), 938, 2812},
+        {"negative halves", Line("-0.046875", "-0.015625"), -2812, -938},
+        {"not numbers", "abc,x1,6.2\r\n", 0, 0},
+        {"one field", "52.5", 3150000, 0},
+        {"40000 degrees overflow 32 bits: not recorded", Line("40000"), 3150000, 0},
+    };
+    int seconds = 0;
+    for (const Row& row : rows) {
+        Data(seconds += 2, row.line);
+        EXPECT_EQ(Writer().State().LastLat, row.lat) << row.legend;
+        EXPECT_EQ(Writer().State().LastLon, row.lon) << row.legend;
+    }
+    EXPECT_NE(Log().find("line not recorded"), std::string::npos);
+}
+
+TEST_F(TrackWriterTest, NotesAndTheirLogDataSwitch) {
+    // All thresholds off: no data line is ever recorded; notes are, with SetLogData only.
+    Note(0, "start");  // notes off: an empty append that creates the day file
+    Data(1);
+    Note(2, "dropped");
+    EXPECT_EQ(files_.files[kDayFile], "");
+    Writer().Settings().SetLogData = true;
+    Note(3, "");  // never written
+    Note(101, "reefed");
+    EXPECT_EQ(files_.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n");
+    EXPECT_EQ(history_.Count, 0);
+
+    // A note flushes the pending records and follows them.
+    Writer().Settings().TrackTime = 1;
+    Data(102);
+    Note(103, "tacked");
+    EXPECT_EQ(files_.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n20261115 12:01:42 CZ," +
+                                          Line() + "/* 20261115 12:01:43 CZ - tacked\r\n");
+}
+
+TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
+    settings_.TrackTime = 1;
+    settings_.DiskWriteInterval = 600;
+    Note(0, "start");
+    for (int s = 1; s <= 59; ++s) {
+        Data(s);
+    }
+    EXPECT_EQ(Writer().PendingCount(), 59u);
+    Data(60);
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+    EXPECT_EQ(files_.files[kDayFile].substr(0, 21), "20261115 12:00:01 CZ,");
+    Data(660);  // exactly the interval after the flush at 60: still pending
+    EXPECT_EQ(Writer().PendingCount(), 1u);
+    Data(661);
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+}
+
+TEST_F(TrackWriterTest, FilesAreNamedByTheLocalDateStampsCarryTheDataTime) {
+    settings_.TrackTime = 1;
+    DateTime busTime = 0.0;
+    Writer().SetSeaTalkTime([&] { return busTime; });
+    Note(0, "start");
+    Data(1);  // no bus time yet: the program clock
+    busTime = DateTimeFromFields({2026, 11, 15, 12, 5, 0});
+    Data(2);
+    system_.localDate = CalendarDate{2026, 11, 16};  // the laptop's zone is past midnight
+    Note(3, "flush");
+    EXPECT_EQ(files_.files["/boat/track/20261116.TRT"],
+              "20261115 12:00:01 CZ," + Line() + "20261115 12:05:00 CZ," + Line());
+}
+
+TEST_F(TrackWriterTest, WhatAFlushWritesBesideTheTrack) {
+    // The history waits until start-up has loaded it.
+    files_.files[kHistoryFile] = "the saved history";
+    settings_.TrackTime = 1;
+    settings_.TraceOn = false;
+    Data(0);
+    EXPECT_EQ(files_.files[kHistoryFile], "the saved history");
+    // Without trace the records are discarded, but the history is saved.
+    Writer().SetHistoryLoaded();
+    Note(1, "flush");
+    EXPECT_EQ(files_.files.count(kDayFile), 0u);
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+    EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 1);
+    // Without a track directory nothing at all is written.
+    files_.files.clear();
+    Writer().Settings().TrackDir = "";
+    Writer().Settings().TraceOn = true;
+    Note(2, "flush");
+    EXPECT_EQ(files_.files.size(), 0u);
+}
+
+TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
+    settings_.TrackTime = 1;
+    Writer().SetHistoryLoaded();
+    Note(0, "start");
+    files_.readOnlyPaths.insert(kDayFile);
+    Data(1);
+    Note(2, "flush fails");
+    Data(3);
+    Note(4, "flush fails again");
+    EXPECT_EQ(dialogs_.messages.size(), 1u) << "shown once, not on every retry";
+    EXPECT_NE(Log().find("could not append 2 records"), std::string::npos);
+    EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 2) << "saved all the same";
+
+    // Kept records do not count towards the 60: the next retry is after 60 new ones.
+    for (int s = 5; s < 63; ++s) {
+        Data(s);
+    }
+    files_.readOnlyPaths.clear();
+    Data(63);
+    EXPECT_EQ(Writer().PendingCount(), 61u) << "59 new records: no retry yet";
+    Data(64);
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+    const std::string first = "20261115 12:00:01 CZ," + Line() + "20261115 12:00:03 CZ," + Line();
+    EXPECT_EQ(files_.files[kDayFile].substr(0, first.size()), first);
+    EXPECT_EQ(files_.files[kDayFile].size(), 31 * first.size());
+
+    files_.readOnlyPaths.insert(kDayFile);
+    Note(65, "a new failure spell is shown again");
+    EXPECT_EQ(dialogs_.messages.size(), 2u);
+}
+
+TEST_F(TrackWriterTest, TheKeptTextIsBounded) {
+    settings_.TrackTime = 1;
+    Note(0, "start");
+    files_.readOnlyPaths.insert(kDayFile);
+    const std::string big = Line() + std::string(1024 * 1024 - 100, ' ');
+    for (int s = 1; s <= 17; ++s) {
+        Data(s, big);  // 16 records of 21 + (1 MiB - 78) bytes fit in 16 MiB, the 17th not
+    }
+    Note(18, "");
+    EXPECT_EQ(Writer().DroppedRecords(), 1u);
+    files_.readOnlyPaths.clear();
+    Note(19, "");
+    EXPECT_EQ(files_.files[kDayFile].size(), 16 * (21 + big.size()));
+    EXPECT_NE(Log().find("1 records dropped"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace wakeline

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "shell/date_time.h"
+#include "support/fakes.h"
+#include "wind/wind_file.h"
+
+namespace wakeline {
+namespace {
+
+std::string Bytes(std::initializer_list<int> values) {
+    std::string out;
+    for (int v : values) {
+        out.push_back(static_cast<char>(v));
+    }
+    return out;
+}
+
+TEST(EncodeWindData, FixedLittleEndianRecordWithEverySlot) {
+    WindData data;
+    data.Count = 1;
+    data.Obs[0] = {1.5f, 270.0f, 45000.5, 7};
+    data.Obs[1000] = {1.5f, 0.0f, 0.0, -2};  // stale, written all the same
+    const std::string file = EncodeWindData(data);
+
+    ASSERT_EQ(file.size(), 18020u);
+    // Count 1.
+    EXPECT_EQ(file.substr(0, 2), Bytes({0x01, 0x00}));
+    // 1.5 = 0x3FC00000.
+    EXPECT_EQ(file.substr(2, 4), Bytes({0x00, 0x00, 0xC0, 0x3F}));
+    // 270 = 1.0546875 x 2^8: exponent 0x87, fraction 0x070000 -> 0x43870000.
+    EXPECT_EQ(file.substr(6, 4), Bytes({0x00, 0x00, 0x87, 0x43}));
+    // 45000.5 = 1010111111001000.1b = 1.0101111110010001b x 2^15 -> 0x40E5F91000000000.
+    EXPECT_EQ(file.substr(10, 8), Bytes({0x00, 0x00, 0x00, 0x00, 0x10, 0xF9, 0xE5, 0x40}));
+    EXPECT_EQ(file.substr(18, 2), Bytes({0x07, 0x00}));
+    // Slot 1 is all zero; slot 1000 starts at 2 + 18 x 1000 and ends the file.
+    EXPECT_EQ(file.substr(20, 18), std::string(18, '\0'));
+    EXPECT_EQ(file.substr(18002, 4), Bytes({0x00, 0x00, 0xC0, 0x3F}));
+    EXPECT_EQ(file.substr(18018, 2), Bytes({0xFE, 0xFF}));
+}
+
+TEST(DecodeWindData, ReadsByPositionAndRefusesImpossibleContents) {
+    WindData saved;
+    saved.Count = 2;
+    saved.Obs[0] = {1.5f, 270.0f, 45000.5, 7};
+    saved.Obs[1] = {2.5f, 10.0f, 45000.75, 1};
+    saved.Obs[2] = {9.0f, 9.0f, std::numeric_limits<double>::quiet_NaN(), 9};  // stale
+    const std::string whole = EncodeWindData(saved);
+
+    const WindDecode roundTrip = DecodeWindData(whole + "extra bytes are ignored");
+    EXPECT_EQ(roundTrip.data.Count, 2);
+    EXPECT_EQ(roundTrip.data.Obs[1].Time, 45000.75);
+    EXPECT_EQ(roundTrip.data.Obs[1].Samples, 1);
+    EXPECT_EQ(roundTrip.data.Obs[2].Samples, 9) << "a stale slot is read, not judged";
+
+    // Cut inside slot 0's time: speed and direction survive, the rest reads as 0.
+    const WindDecode shortFile = DecodeWindData(whole.substr(0, 14));
+    EXPECT_EQ(shortFile.data.Count, 2);
+    EXPECT_EQ(shortFile.data.Obs[0].Direction, 270.0f);
+    EXPECT_EQ(shortFile.data.Obs[0].Time, 0.0);
+
+    const auto withCount = [](std::string file, int low, int high) {
+        file[0] = static_cast<char>(low);
+        file[1] = static_cast<char>(high);
+        return file;
+    };
+    WindData clean = saved;
+    clean.Obs[2].Time = 0.0;
+    struct Row {
+        const char* legend;
+        std::string file;
+        std::int16_t count;
+        bool damaged;
+    };
+    const Row rows[] = {
+        {"no bytes at all", "", 0, false},
+        {"count 1001 is a full buffer", withCount(EncodeWindData(clean), 0xE9, 0x03), 1001, false},
+        {"count 1002", withCount(EncodeWindData(clean), 0xEA, 0x03), 0, true},
+        {"count -1", withCount(whole, 0xFF, 0xFF), 0, true},
+        {"count 3 holds slot 2's NaN time", withCount(whole, 0x03, 0x00), 0, true},
+    };
+    for (const Row& row : rows) {
+        const WindDecode decoded = DecodeWindData(row.file);
+        EXPECT_EQ(decoded.data.Count, row.count) << row.legend;
+        EXPECT_EQ(!decoded.problem.empty(), row.damaged) << row.legend;
+    }
+}
+
+TEST(LoadWindHistory, KeepsAHistoryUpToOneHourOld) {
+    // 13:00 to 14:00 on this day is one of the hours whose raw date-time difference comes out
+    // a hair above 1/24.
+    const DateTime newest = DateTimeFromFields({2026, 11, 15, 13, 0, 0});
+    WindData saved;
+    saved.Count = 1;
+    saved.Obs[0] = {5.0f, 180.0f, newest, 3};
+    const std::string file = EncodeWindData(saved);
+
+    struct Row {
+        const char* legend;
+        std::optional<std::string> bytes;
+        CalendarFields now;
+        WindLoadOutcome outcome;
+        std::int16_t count;
+    };
+    const Row rows[] = {
+        {"exactly one hour", file, {2026, 11, 15, 14, 0, 0}, WindLoadOutcome::Continued, 1},
+        {"one hour and a second", file, {2026, 11, 15, 14, 0, 1}, WindLoadOutcome::TooOld, 0},
+        {"newest in the future", file, {2026, 11, 15, 12, 0, 0}, WindLoadOutcome::Continued, 1},
+        {"no file", std::nullopt, {2026, 11, 15, 13, 0, 0}, WindLoadOutcome::Missing, 0},
+        {"empty history of any age",
+         EncodeWindData(WindData{}),
+         {2030, 1, 1, 0, 0, 0},
+         WindLoadOutcome::Continued,
+         0},
+        {"count 2000", Bytes({0xD0, 0x07}), {2026, 11, 15, 13, 0, 0}, WindLoadOutcome::Damaged, 0},
+    };
+    for (const Row& row : rows) {
+        const WindHistoryLoad load = LoadWindHistory(row.bytes, DateTimeFromFields(row.now));
+        EXPECT_EQ(load.outcome, row.outcome) << row.legend;
+        EXPECT_EQ(load.history.Count, row.count) << row.legend;
+    }
+}
+
+TEST(WindHistoryFile, SavedAndLoadedThroughTheFileSystem) {
+    testing::FakeFileSystem files;
+    WindData saved;
+    saved.Count = 1;
+    saved.Obs[0] = {5.0f, 180.0f, 46341.5, 3};
+    const std::string path = WindHistoryPath("/boat/track");
+    EXPECT_EQ(path, "/boat/track/wakeline_wc.bin");
+    ASSERT_TRUE(SaveWindHistory(files, path, saved));
+    EXPECT_EQ(LoadWindHistoryFile(files, path, 46341.5).history.Obs[0].Samples, 3);
+    EXPECT_EQ(LoadWindHistoryFile(files, "/x/wakeline_wc.bin", 46341.5).outcome,
+              WindLoadOutcome::Missing);
+}
+
+}  // namespace
+}  // namespace wakeline
