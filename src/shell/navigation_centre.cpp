@@ -3,6 +3,7 @@
 #include "display/text_number.h"
 #include "shell/ascii_case.h"
 #include "shell/command_line.h"
+#include "wind/wind_file.h"
 
 namespace wakeline {
 namespace {
@@ -24,7 +25,9 @@ const char* BoolText(bool value) {
 NavigationCentre::NavigationCentre(const PlatformServices& services)
     : services_(services),
       clock_(services.clock),
-      log_(clock_, services.files, services.dialogs, services.logPath) {}
+      log_(clock_, services.files, services.dialogs, services.logPath),
+      track_(TrackSettings{}, clock_, services.files, log_, services.dialogs, windHistory_,
+             windSamples_) {}
 
 bool NavigationCentre::ReadFlagSetting(const char* key) {
     bool value = false;
@@ -116,6 +119,23 @@ void NavigationCentre::DDEInit() {
     log_.DebugWriteLine("DDEInit prepared strings");
 }
 
+void NavigationCentre::LoadWindHistory() {
+    ClearWindData(windHistory_);
+    if (!files_.TrackDir.empty()) {
+        const WindHistoryLoad load =
+            LoadWindHistoryFile(services_.files, WindHistoryPath(files_.TrackDir), clock_.NowUtc());
+        windHistory_ = load.history;
+        if (load.outcome == WindLoadOutcome::Damaged) {
+            log_.DebugWriteLine("Wind history cleared: " + load.problem);
+        }
+    }
+    // From here on a flush may save the history: it now holds what the file held.
+    track_.SetHistoryLoaded();
+    log_.DebugWriteLine("Form_Load initialised Winddata 1");
+    ClearWindData(windSamples_);
+    log_.DebugWriteLine("initialised Winddata 2");
+}
+
 void NavigationCentre::ChooseDataSource() {
     if (!state_.DdeMode) {
         state_.Timer1Interval = 5000;
@@ -159,10 +179,21 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
                std::to_string(program.minor) + "." + std::to_string(program.revision);
     services_.window.SetCaption(caption_);
     log_.DebugWriteLine(caption_);
+
+    TrackSettings& track = track_.Settings();
+    track.TrackTime = files_.Ini.TrackTime;
+    track.TrackDistance = files_.Ini.TrackDistance;
+    track.TrackCompDev = files_.Ini.TrackCompDev;
+    track.TrackDir = files_.TrackDir;
+    track.DiskWriteInterval = state_.DiskWriteInterval;
+    track.TraceOn = state_.TraceOn;
+    track.SetLogData = state_.SetLogData;
+    if (state_.TraceOn) {
+        track_.TraceWriteLine(caption_ + " started commandline: " + commandLine_, true);
+    }
     log_.DebugWriteLine("Form_Load performed Determinefiles ");
 
-    log_.DebugWriteLine("Form_Load initialised Winddata 1");
-    log_.DebugWriteLine("initialised Winddata 2");
+    LoadWindHistory();
 
     state_.AlarmState = -2;  // the battery alarm starts with its sound check
     ChooseDataSource();
@@ -181,6 +212,8 @@ bool NavigationCentre::FormUnload() {
         state_.LinkSeen = false;
         return false;
     }
+    // The forced note flushes every pending record and saves the wind history.
+    track_.TraceWriteLine("normal closedown", true);
     return true;
 }
 

@@ -11,6 +11,8 @@
 #include "shell/configuration.h"
 #include "shell/diagnostic_log.h"
 #include "shell/platform_services.h"
+#include "track/track_writer.h"
+#include "wind/wind_data.h"
 
 namespace wakeline {
 
@@ -66,6 +68,9 @@ class NavigationCentre {
     const LinkStatusText& LinkStatus() const { return linkStatus_; }
     DiagnosticLog& Log() { return log_; }
     ProgramClock& Clock() { return clock_; }
+    TrackWriter& Track() { return track_; }
+    const WindData& WindHistory() const { return windHistory_; }
+    const WindData& WindSamples() const { return windSamples_; }
 
   private:
     void ReadUserSettings();
@@ -73,6 +78,7 @@ class NavigationCentre {
     void ParseCommandLine();
     void DDEInit();
     void ChooseDataSource();
+    void LoadWindHistory();
 
     PlatformServices services_;
     ProgramClock clock_;
@@ -82,6 +88,9 @@ class NavigationCentre {
     std::string commandLine_;
     std::string caption_;
     LinkStatusText linkStatus_;
+    WindData windHistory_;
+    WindData windSamples_;
+    TrackWriter track_;
 
     // Values of the display computation that start-up sets and nothing reads; kept so that
     // the start-up order stays complete.

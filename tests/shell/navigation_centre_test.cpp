@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/fakes.h"
+#include "wind/wind_file.h"
 
 namespace wakeline {
 namespace {
@@ -234,6 +235,42 @@ TEST(StartUp, DataSourceFollowsTheDdeKey) {
         EXPECT_TRUE(boat.started);
         EXPECT_EQ(state.Timer1Interval, c.interval);
         EXPECT_EQ(boat.dialogs.messages, c.messages);
+    }
+}
+
+TEST(StartUp, TrackNotesAndTheWindHistoryAcrossARestart) {
+    // 23:42:16 on 2026-11-15; the saved observations are 30 minutes and 1 h 1 s old.
+    const DateTime now = DateTimeFromFields({2026, 11, 15, 23, 42, 16});
+    const std::string historyPath = "/boat/traces/wakeline_wc.bin";
+    for (const double ageSeconds : {1800.0, 3601.0}) {
+        SCOPED_TRACE(ageSeconds);
+        Boat boat;
+        boat.settings.Set("Settings", "SetLogData", "True");
+        WindData saved;
+        AddWindObservation(saved, 12.5F, 240.0F, now - ageSeconds / 86400.0, 7);
+        const std::string savedBytes = EncodeWindData(saved);
+        boat.files.files[historyPath] = savedBytes;
+
+        NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini");
+        ASSERT_TRUE(boat.started);
+        const std::string trackPath = "/boat/traces/20261115.TRT";
+        const std::string startNote =
+            "/* 20261115 23:42:16 CZ - Wakeline  V1.1.35 started commandline: "
+            "/boat/SeaClear_2.ini\r\n";
+        EXPECT_EQ(boat.files.files[trackPath], startNote);
+        // The start-up note's flush comes before the history is loaded and must not save it.
+        EXPECT_EQ(boat.files.files[historyPath], savedBytes);
+        const bool kept = ageSeconds < 3600;
+        EXPECT_EQ(centre.WindHistory().Count, kept ? 1 : 0);
+
+        ASSERT_TRUE(centre.FormUnload());
+        EXPECT_EQ(boat.files.files[trackPath],
+                  startNote + "/* 20261115 23:42:16 CZ - normal closedown\r\n");
+        WindData expected = saved;
+        if (!kept) {
+            ClearWindData(expected);
+        }
+        EXPECT_EQ(boat.files.files[historyPath], EncodeWindData(expected));
     }
 }
 
