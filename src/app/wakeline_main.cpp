@@ -13,6 +13,7 @@
 #include "app/common/signal_watcher.h"
 #include "app/common/stderr_dialogs.h"
 #include "shell/navigation_centre.h"
+#include "shell/platform/durable_file_system.h"
 #include "shell/platform/qt_settings_store.h"
 #include "shell/platform/system_clock.h"
 #include "wakeline_version.h"
@@ -33,7 +34,7 @@ std::string DefaultLogPath() {
 
 int RunHeadless(const wakeline::ProgramOptions& options, QCoreApplication& app) {
     wakeline::SystemClock clock;
-    wakeline::StdFileSystem files;
+    wakeline::DurableFileSystem files;
     wakeline::StderrDialogs dialogs;
     wakeline::QtSettingsStore settings;
     wakeline::DetachedFrame frame;

@@ -28,6 +28,12 @@ class FileSystem {
     virtual bool ReplaceFile(const std::string& path, std::string_view bytes) {
         return WriteFile(path, bytes);
     }
+    // AppendToFile for records that must survive a power cut: true only once the bytes are
+    // on the disk, not merely handed to the system. Costs a disk write, so only the track's
+    // flushes use it, never the diagnostic log.
+    virtual bool AppendDurably(const std::string& path, std::string_view bytes) {
+        return AppendToFile(path, bytes);
+    }
 };
 
 // Files through <fstream> and <filesystem>.

@@ -180,7 +180,7 @@ void TrackWriter::WriteTrack() {
     }
     // An empty flush still opens the file, so the day's file exists from the first note on
     // and a directory that refuses writing shows at the start of the run.
-    if (!files_.AppendToFile(path, bytes)) {
+    if (!files_.AppendDurably(path, bytes)) {
         // A retry after a partial write may repeat what reached the disk: a repeated line is
         // better than a lost one.
         carried_ = pending_.size();
