@@ -70,20 +70,18 @@ class DisplayComputationTest : public ::testing::Test {
 TEST_F(DisplayComputationTest, ReachShowsEveryRow) {
     const DisplayOutcome outcome = display.TraceDisplayLine(Line());
     ASSERT_TRUE(outcome.Displayed()) << outcome.error;
+    // 51.95 as a float leaves 0.9500008 x 60 = 57.00005 minutes; 6.25 rounds half away from
+    // zero; 1.5708, 1.5010, 1.4835, 0.5236 and 0.2618 rad are 90.0002, 86.0010, 84.998, 30.0001
+    // and 15.00004 degrees; -0.0349 rad is -1.9996, shown as magnitude and side; 6.1 and 8.2 m/s
+    // are 11.857 and 15.940 kn; 4.55 and 6.05 as floats are 4.5500002 and 6.0500002.
+    // clang-format off
     const std::array<std::string, 23> expected = {
-        "051 57.000 N",            // 51.95 as a float: 51 degrees and 0.9500008 x 60 minutes
-        "004 15.000 W", " 6.3  ",  // 6.25 rounds half away from zero
-        "  90     ",               // 1.5708 rad: 90.0002
-        "  86     ",               // 86.0010
-        "2.00 W",                  // -1.9996: magnitude and side
-        "12.4   ",      " -45",         " -30",      " 230",
-        "11.9",       // 6.1 m/s: 11.857 kn
-        "15.9   ",    // 8.2 m/s: 15.940 kn
-        " 4.6   ",    // 4.55 as a float is 4.5500002
-        "  85     ",  // 84.998
-        " 6.1   ",    // 6.05 as a float is 6.0500002; no polar tables
-        "51 57.500 N",  "004 10.250 W", "  30     ", "0.12R ",
-        "  15     ",    "3.45  ",       "5.8  ",     "FALMOUTH\r\n"};
+        "051 57.000 N", "004 15.000 W", " 6.3  ", "  90     ", "  86     ", "2.00 W",
+        "12.4   ", " -45", " -30", " 230", "11.9", "15.9   ", " 4.6   ", "  85     ",
+        " 6.1   ",  // no polar tables: three blanks
+        "51 57.500 N", "004 10.250 W", "  30     ", "0.12R ", "  15     ", "3.45  ", "5.8  ",
+        "FALMOUTH\r\n"};
+    // clang-format on
     for (std::size_t i = 0; i < 23; ++i) {
         EXPECT_EQ(Shown(i), expected[i]) << "row " << i;
     }
@@ -103,24 +101,23 @@ TEST_F(DisplayComputationTest, EdgeValuesOfSingleFields) {
         const char* legend;
         std::size_t field;
         std::string text;
-        std::size_t row;
         std::string shown;
     };
     const Row rows[] = {
-        {"3.1416 rad is 180.0004: COG not folded", 3, "3.1416", 3, " 180     "},
-        {"3.1416 as TWA folds to -180", 7, "3.1416", 7, "-180"},
-        {"3.14159 rad is 179.9998 as COG", 3, "3.14159", 3, " 180     "},
-        {"3.14159 as TWA stays 180", 7, "3.14159", 7, " 180"},
-        {"AWA 4.7124 is 270.001, folded", 8, "4.7124", 8, " -90"},
-        {"TWS 5 m/s is 9.72 kn", 10, "5", 10, " 9.7"},
-        {"a speed that is not a number reads 0", 2, "abc", 2, " 0.0  "},
-        {"an angle that is not a number is shown as received", 13, "n/a", 13, "n/a     "},
-        {"only the leading number counts", 12, "3.25kn", 12, " 3.3   "},
+        {"3.1416 rad is 180.0004: COG not folded", 3, "3.1416", " 180     "},
+        {"3.1416 as TWA folds to -180", 7, "3.1416", "-180"},
+        {"3.14159 rad is 179.9998 as COG", 3, "3.14159", " 180     "},
+        {"3.14159 as TWA stays 180", 7, "3.14159", " 180"},
+        {"AWA 4.7124 is 270.001, folded", 8, "4.7124", " -90"},
+        {"TWS 5 m/s is 9.72 kn", 10, "5", " 9.7"},
+        {"a speed that is not a number reads 0", 2, "abc", " 0.0  "},
+        {"an angle that is not a number is shown as received", 13, "n/a", "n/a     "},
+        {"only the leading number counts", 12, "3.25kn", " 3.3   "},
     };
     for (const auto& row : rows) {
         const DisplayOutcome outcome = display.TraceDisplayLine(Line({{row.field, row.text}}));
         EXPECT_TRUE(outcome.Displayed()) << row.legend;
-        EXPECT_EQ(Shown(row.row), row.shown) << row.legend;
+        EXPECT_EQ(Shown(row.field), row.shown) << row.legend;
     }
 }
 
