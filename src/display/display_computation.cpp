@@ -44,34 +44,34 @@ DisplayOutcome DisplayComputation::TraceDisplayLine(std::string_view line) {
 
 bool DisplayComputation::Split(std::string_view line, DisplayOutcome& outcome) {
     FieldTable& t = table_;
-    const DataLinePieces pieces = SplitPieces(line);
-    std::size_t first = 0;
-    bool repaired = false;
-    if (feetOption_) {
-        // The depth and water-speed repairs are made from the pieces in every pass of the
-        // split, the first pass included: a line too short to hold the depth piece, or the
-        // speed piece when a depth is given, fails there with only field 0 taken.
-        t[kFieldLat].Value.assign(pieces.piece[kFieldLat]);
-        first = 1;
-        if (pieces.count <= kFieldDbt) {
-            return ShortLine(outcome, kFieldDbt, pieces.count);
-        }
-        const std::string_view feet = pieces.piece[kFieldDbt];
-        if (!feet.empty()) {
-            const auto metres = ToSingle(LeadingNumber(feet) * kFeetToMetres);
-            if (!metres) {
-                return Fault(outcome, "field 6 (DBT)");
-            }
-            t[kFieldDbt].Value = FormatToWidth(*metres, "0.0", 0);
-            if (pieces.count <= kFieldSpd) {
-                return ShortLine(outcome, kFieldSpd, pieces.count);
-            }
-            // The log's speed text arrives without its decimal point when depth is in feet.
-            t[kFieldSpd].Value = LogCleanUp(pieces.piece[kFieldSpd]);
-            repaired = true;
-        }
+    if (!feetOption_) {
+        const SplitOutcome split = SplitDataLine(line, t);
+        return split.Complete() || ShortLine(outcome, split.fieldsTaken, split.fieldsTaken);
     }
-    for (std::size_t i = first; i < kFieldCount; ++i) {
+    // Depth in feet: the depth and water-speed repairs are made from the pieces in every pass
+    // of the split, the first pass included, so a line too short to hold the depth piece, or
+    // the speed piece when a depth is given, fails there with only field 0 taken.
+    const DataLinePieces pieces = SplitPieces(line);
+    t[kFieldLat].Value.assign(pieces.piece[kFieldLat]);
+    if (pieces.count <= kFieldDbt) {
+        return ShortLine(outcome, kFieldDbt, pieces.count);
+    }
+    const std::string_view feet = pieces.piece[kFieldDbt];
+    const bool repaired = !feet.empty();
+    if (repaired) {
+        const auto metres = ToSingle(LeadingNumber(feet) * kFeetToMetres);
+        if (!metres) {
+            return Fault(outcome, "field 6 (DBT)");
+        }
+        t[kFieldDbt].Value = FormatToWidth(*metres, "0.0", 0);
+        if (pieces.count <= kFieldSpd) {
+            return ShortLine(outcome, kFieldSpd, pieces.count);
+        }
+        // Instruments set to feet send the log's speed with its decimals implied in the
+        // integer digits.
+        t[kFieldSpd].Value = LogCleanUp(pieces.piece[kFieldSpd]);
+    }
+    for (std::size_t i = 1; i < kFieldCount; ++i) {
         if (i >= pieces.count) {
             return ShortLine(outcome, i, pieces.count);
         }
