@@ -2,9 +2,13 @@
 
 namespace wakeline::tool {
 
+int RunDisplay(const Arguments& args);
+
 // Each subcommand's file defines its entry point; the table names them in one place.
 const std::vector<Command>& AllCommands() {
-    static const std::vector<Command> commands = {};
+    static const std::vector<Command> commands = {
+        {"display", "the live display's texts for data lines from standard input", RunDisplay},
+    };
     return commands;
 }
 

@@ -1,0 +1,138 @@
+// wakeline-tool display: the texts of the live display for data lines read from standard
+// input, one JSON object per line, through the same computation as the navigation centre.
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "app/tool/bounded_line_reader.h"
+#include "app/tool/commands.h"
+#include "app/tool/latin1.h"
+#include "display/display_computation.h"
+#include "display/performance_lookup.h"
+#include "livedata/field_table.h"
+
+namespace wakeline::tool {
+namespace {
+
+// A data line is a few hundred bytes; anything far longer is not one.
+constexpr std::size_t kMaxLineLength = 65536;
+
+constexpr const char* kHelp =
+    "usage: wakeline-tool display [--feet] [--polar FILE]\n"
+    "\n"
+    "Reads data lines (23 comma-separated fields) from standard input and prints, for each,\n"
+    "one JSON object with the texts the live display shows:\n"
+    "  {\"shown\": [23 texts, field 0 first], \"lastRow\": 14 or 22}\n"
+    "or {\"error\": \"...\"} when the line cannot be displayed (fewer than 23 fields, a value\n"
+    "too large). lastRow is 22 when a waypoint field (15 to 21) holds a value.\n"
+    "\n"
+    "An input line ends at LF, CR LF or CR. Like a line from the chart-plotter link it is\n"
+    "handled without its ending and with CR LF appended, so the last field (the waypoint\n"
+    "name) is shown as the link delivers it, ending in \"\\r\\n\". Lines go through one\n"
+    "display in order, as a voyage would. A line longer than 65536 bytes is dropped with an\n"
+    "error object. 8-bit texts are carried as Latin-1 characters.\n"
+    "\n"
+    "options:\n"
+    "  --feet        depth arrives in feet and the water speed without its decimal point\n"
+    "                (the navigation centre's \"M\" option)\n"
+    "  --polar FILE  damp and correct the wind and show target speeds from a polar file\n"
+    "  -h, --help    this text\n"
+    "\n"
+    "exit status: 0 every line displayed, 1 some line failed, 2 usage error\n";
+
+struct Options {
+    bool feet = false;
+    std::optional<std::string> polarPath;
+};
+
+// The performance tables of a polar file, for --polar, or the reason they cannot be had.
+struct LoadedPerformance {
+    std::unique_ptr<PerformanceLookup> lookup;
+    std::string error;
+};
+
+LoadedPerformance LoadPerformance(const std::string& path) {
+    return {nullptr, "--polar " + path + ": polar tables are not available yet"};
+}
+
+void PrintJson(const nlohmann::ordered_json& object) {
+    const std::string text = object.dump();
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+void PrintError(std::string_view text) {
+    PrintJson({{"error", Latin1ToUtf8(text)}});
+}
+
+}  // namespace
+
+int RunDisplay(const Arguments& args) {
+    Options options;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "-h" || arg == "--help") {
+            std::fputs(kHelp, stdout);
+            return 0;
+        }
+        if (arg == "--feet") {
+            options.feet = true;
+        } else if (arg == "--polar" && i + 1 < args.size()) {
+            options.polarPath = args[++i];
+        } else {
+            std::fprintf(stderr, "wakeline-tool display: %s '%s'\n",
+                         arg == "--polar" ? "missing FILE after" : "unknown argument", arg.c_str());
+            std::fputs(kHelp, stderr);
+            return 2;
+        }
+    }
+
+    FieldTable table;
+    InitFieldTable(table);
+    DisplayComputation display(table);
+    display.SetFeetOption(options.feet);
+    std::unique_ptr<PerformanceLookup> performance;
+    if (options.polarPath) {
+        LoadedPerformance loaded = LoadPerformance(*options.polarPath);
+        if (!loaded.lookup) {
+            std::fprintf(stderr, "wakeline-tool display: %s\n", loaded.error.c_str());
+            return 2;
+        }
+        performance = std::move(loaded.lookup);
+        display.SetPerformance(performance.get());
+    }
+
+    bool failed = false;
+    BoundedLineReader reader(stdin, kMaxLineLength);
+    std::string dataLine;
+    for (auto next = reader.Next(); next.kind != BoundedLineReader::Kind::End;
+         next = reader.Next()) {
+        if (next.kind == BoundedLineReader::Kind::TooLong) {
+            PrintError("line longer than 65536 bytes dropped");
+            failed = true;
+            continue;
+        }
+        dataLine.assign(next.line);
+        dataLine += "\r\n";
+        const DisplayOutcome outcome = display.TraceDisplayLine(dataLine);
+        if (!outcome.Displayed()) {
+            PrintError(outcome.error);
+            failed = true;
+            continue;
+        }
+        nlohmann::ordered_json shown = nlohmann::ordered_json::array();
+        for (const FieldEntry& entry : table) {
+            shown.push_back(Latin1ToUtf8(entry.Shown));
+        }
+        PrintJson({{"shown", std::move(shown)}, {"lastRow", outcome.lastRow}});
+    }
+    return failed ? 1 : 0;
+}
+
+}  // namespace wakeline::tool

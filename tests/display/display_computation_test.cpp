@@ -1,0 +1,255 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "display/display_computation.h"
+#include "livedata/field_table.h"
+
+namespace wakeline {
+namespace {
+
+// A reach off Falmouth: the fields of one data line as the chart plotter sends them.
+const std::array<std::string, 23> kReach = {
+    "51.95",        "-4.25",  "6.25",  "1.5708", "1.5010", "-0.0349", "12.4",    "-0.7854",
+    "-0.5236",      "4.0143", "6.1",   "8.2",    "4.55",   "1.4835",  "6.05",    "51 57.500 N",
+    "004 10.250 W", "0.5236", "0.12R", "0.2618", "3.45",   "5.8",     "FALMOUTH"};
+
+// The line with some fields replaced, ended by CR LF as the link hands it on.
+std::string Line(const std::vector<std::pair<std::size_t, std::string>>& changes = {}) {
+    auto fields = kReach;
+    for (const auto& [index, text] : changes) {
+        fields[index] = text;
+    }
+    std::string line;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        line += (i == 0 ? "" : ",") + fields[i];
+    }
+    return line + "\r\n";
+}
+
+std::vector<std::pair<std::size_t, std::string>> NoWaypoint() {
+    return {{15, ""}, {16, ""}, {17, ""}, {18, ""}, {19, ""}, {20, ""}, {21, ""}};
+}
+
+class FakePerformance : public PerformanceLookup {
+  public:
+    bool PolarTablesOn() const override { return on; }
+    bool HasCurrentTable() const override { return hasTable; }
+    float DampingFactor() const override { return factor; }
+    std::optional<float> AngleCorrection(float angle, float speed) const override {
+        correctedAt = {angle, speed};
+        return angleCorrection;
+    }
+    std::optional<float> SpeedCorrection(float, float) const override { return speedCorrection; }
+    std::optional<float> TargetSpeed(float angle, float speed) const override {
+        targetAt = {angle, speed};
+        return target;
+    }
+
+    bool on = true;
+    bool hasTable = true;
+    float factor = 1.0f;
+    std::optional<float> angleCorrection = 3.0f;
+    std::optional<float> speedCorrection = 0.5f;
+    std::optional<float> target = 6.75f;
+    mutable std::pair<float, float> correctedAt, targetAt;
+};
+
+class DisplayComputationTest : public ::testing::Test {
+  protected:
+    DisplayComputationTest() { InitFieldTable(table); }
+    std::string Shown(std::size_t i) const { return table[i].Shown; }
+
+    FieldTable table;
+    DisplayComputation display{table};
+};
+
+TEST_F(DisplayComputationTest, ReachShowsEveryRow) {
+    const DisplayOutcome outcome = display.TraceDisplayLine(Line());
+    ASSERT_TRUE(outcome.Displayed()) << outcome.error;
+    // 51.95 as a float leaves 0.9500008 x 60 = 57.00005 minutes; 6.25 rounds half away from
+    // zero; 1.5708, 1.5010, 1.4835, 0.5236 and 0.2618 rad are 90.0002, 86.0010, 84.998, 30.0001
+    // and 15.00004 degrees; -0.0349 rad is -1.9996, shown as magnitude and side; 6.1 and 8.2 m/s
+    // are 11.857 and 15.940 kn; 4.55 and 6.05 as floats are 4.5500002 and 6.0500002.
+    // clang-format off
+    const std::array<std::string, 23> expected = {
+        "051 57.000 N", "004 15.000 W", " 6.3  ", "  90     ", "  86     ", "2.00 W",
+        "12.4   ", " -45", " -30", " 230", "11.9", "15.9   ", " 4.6   ", "  85     ",
+        " 6.1   ",  // no polar tables: three blanks
+        "51 57.500 N", "004 10.250 W", "  30     ", "0.12R ", "  15     ", "3.45  ", "5.8  ",
+        "FALMOUTH\r\n"};
+    // clang-format on
+    for (std::size_t i = 0; i < 23; ++i) {
+        EXPECT_EQ(Shown(i), expected[i]) << "row " << i;
+    }
+    EXPECT_EQ(outcome.lastRow, 22);
+    EXPECT_EQ(outcome.captionsWritten.to_string(), "01111111111111111111111");  // not row 22
+    EXPECT_EQ(display.Captions()[21], "5.8  ");
+    EXPECT_EQ(display.Captions()[22], "");
+    ASSERT_TRUE(outcome.windSample);
+    EXPECT_FLOAT_EQ(outcome.windSample->twsKnots, 11.8574514f);
+    // 4.0143 x 180 / 3.141592 = 230.0024955, nearest float 230 + 164/65536; the display's
+    // exact factor would give 230.0024477, a different float.
+    EXPECT_EQ(outcome.windSample->twdDegrees, 230.00250244140625f);
+}
+
+TEST_F(DisplayComputationTest, EdgeValuesOfSingleFields) {
+    struct Row {
+        const char* legend;
+        std::size_t field;
+        std::string text;
+        std::string shown;
+    };
+    const Row rows[] = {
+        {"3.1416 rad is 180.0004: COG not folded", 3, "3.1416", " 180     "},
+        {"3.1416 as TWA folds to -180", 7, "3.1416", "-180"},
+        {"3.14159 rad is 179.9998 as COG", 3, "3.14159", " 180     "},
+        {"3.14159 as TWA stays 180", 7, "3.14159", " 180"},
+        {"AWA 4.7124 is 270.001, folded", 8, "4.7124", " -90"},
+        {"TWS 5 m/s is 9.72 kn", 10, "5", " 9.7"},
+        {"a speed that is not a number reads 0", 2, "abc", " 0.0  "},
+        {"an angle that is not a number is shown as received", 13, "n/a", "n/a     "},
+        {"only the leading number counts", 12, "3.25kn", " 3.3   "},
+    };
+    for (const auto& row : rows) {
+        const DisplayOutcome outcome = display.TraceDisplayLine(Line({{row.field, row.text}}));
+        EXPECT_TRUE(outcome.Displayed()) << row.legend;
+        EXPECT_EQ(Shown(row.field), row.shown) << row.legend;
+    }
+}
+
+TEST_F(DisplayComputationTest, EmptyFieldsShowZeroSpeedsAndNothingElse) {
+    const DisplayOutcome outcome = display.TraceDisplayLine(std::string(22, ','));
+    ASSERT_TRUE(outcome.Displayed());
+    const std::array<std::string, 23> expected = {
+        "", "",      " 0.0  ", "     ",   "     ",   "",      " 0.0   ", "",
+        "", "",      " 0.0",   " 0.0   ", " 0.0   ", "     ", " 0.0   ", "",
+        "", "     ", " ",      "     ",   "  ",      "  ",    ""};
+    for (std::size_t i = 0; i < 23; ++i) {
+        EXPECT_EQ(Shown(i), expected[i]) << "row " << i;
+    }
+    EXPECT_EQ(outcome.lastRow, 14);
+    ASSERT_TRUE(outcome.windSample);
+    EXPECT_EQ(outcome.windSample->twsKnots, 0.0f);
+    EXPECT_EQ(outcome.windSample->twdDegrees, 0.0f);
+}
+
+TEST_F(DisplayComputationTest, WaypointRowsKeepTheirCaptionUntilAValueArrives) {
+    display.TraceDisplayLine(Line());
+    DisplayOutcome outcome = display.TraceDisplayLine(Line(NoWaypoint()));
+    EXPECT_EQ(outcome.lastRow, 14);
+    EXPECT_EQ(outcome.captionsWritten.to_string(), "00000000111111111111111");
+    EXPECT_EQ(Shown(15), "");
+    EXPECT_EQ(display.Captions()[15], "51 57.500 N");
+
+    auto onlyDistance = NoWaypoint();
+    onlyDistance.push_back({20, "2.10"});
+    outcome = display.TraceDisplayLine(Line(onlyDistance));
+    EXPECT_EQ(outcome.lastRow, 22);
+    EXPECT_EQ(display.Captions()[20], "2.10  ");
+    EXPECT_EQ(display.Captions()[16], "004 10.250 W");
+
+    // More than 23 pieces: the rest, line end included, is ignored.
+    outcome = display.TraceDisplayLine(Line({{22, "LIZARD,spare"}}));
+    EXPECT_TRUE(outcome.Displayed());
+    EXPECT_EQ(Shown(22), "LIZARD");
+}
+
+TEST_F(DisplayComputationTest, FailedLineKeepsThePreviousDisplay) {
+    display.TraceDisplayLine(Line());
+    const auto captions = display.Captions();
+
+    DisplayOutcome outcome = display.TraceDisplayLine("1.5,2.5,3.5\r\n");
+    EXPECT_EQ(outcome.error,
+              "TraceDisplayLine: subscript out of range: field 3 missing, the data line has 3 "
+              "of 23 fields");
+    EXPECT_EQ(outcome.captionsWritten.count(), 0u);
+    EXPECT_FALSE(outcome.windSample);
+    EXPECT_EQ(display.Captions(), captions);
+    EXPECT_EQ(table[2].Value, "3.5\r\n");  // taken before the split failed
+    EXPECT_EQ(table[3].Value, "1.5708");
+
+    const std::string tooLarge = "1" + std::string(40, '0');
+    outcome = display.TraceDisplayLine(Line({{10, tooLarge}}));
+    EXPECT_EQ(outcome.error, "TraceDisplayLine: overflow in field 10 (TWS)");
+    EXPECT_FALSE(outcome.windSample);
+    EXPECT_EQ(display.Captions(), captions);
+
+    // A fault after the wind history's step still leaves the sample to be recorded.
+    outcome = display.TraceDisplayLine(Line({{12, tooLarge}}));
+    EXPECT_EQ(outcome.error, "TraceDisplayLine: overflow in field 12 (VMG)");
+    EXPECT_TRUE(outcome.windSample);
+    EXPECT_EQ(display.Captions(), captions);
+}
+
+TEST_F(DisplayComputationTest, FeetOptionConvertsDepthAndRepairsWaterSpeed) {
+    display.SetFeetOption(true);
+    ASSERT_TRUE(display.TraceDisplayLine(Line({{6, "40"}, {14, "612"}})).Displayed());
+    EXPECT_EQ(table[6].Value, "12.2");  // 40 ft x 0.3048 = 12.192 m
+    EXPECT_EQ(Shown(6), "12.2   ");
+    EXPECT_EQ(table[14].Value, "6.12");  // integer digits with two implied decimals
+    EXPECT_EQ(Shown(14), " 6.1   ");
+
+    // Without a depth nothing is repaired: 612.0 is cut to four characters.
+    ASSERT_TRUE(display.TraceDisplayLine(Line({{6, ""}, {14, "612"}})).Displayed());
+    EXPECT_EQ(Shown(14), "612.   ");
+
+    // The repair reads the speed piece in the first pass, so a line without it fails there.
+    table[1].Value = "old";
+    EXPECT_FALSE(display.TraceDisplayLine("9,8,7,6,5,4,40,2").Displayed());
+    EXPECT_EQ(table[0].Value, "9");
+    EXPECT_EQ(table[1].Value, "old");
+    EXPECT_EQ(table[6].Value, "12.2");
+}
+
+TEST_F(DisplayComputationTest, PolarTablesAddCorrectedWindAndTarget) {
+    FakePerformance performance;
+    display.SetPerformance(&performance);
+    ASSERT_TRUE(display.TraceDisplayLine(Line()).Displayed());
+    // Factor 1: the damped values are the raw -45, 230 and 11.857; corrections +3 deg and
+    // +0.5 kn; the direction turns by the angle correction.
+    EXPECT_EQ(Shown(7), " -45 C: -42");
+    EXPECT_EQ(Shown(9), " 230 C: 233");
+    EXPECT_EQ(Shown(10), "11.9 C:12.4");
+    EXPECT_EQ(Shown(14), " 6.1 T: 6.8");
+    EXPECT_FLOAT_EQ(performance.correctedAt.second, 11.8574514f);    // damped speed
+    EXPECT_EQ(performance.targetAt, std::make_pair(-45.0f, 11.9f));  // raw speed as shown
+
+    struct Row {
+        const char* legend;
+        bool hasTable;
+        std::optional<float> target;
+        std::string shown;
+    };
+    const Row rows[] = {
+        {"a target of exactly 0 is no target", true, 0.0f, " 6.1 - "},
+        {"outside the table", true, -2.0f, " 6.1 - "},
+        {"no current table", false, 6.75f, " 6.1   "},
+    };
+    for (const auto& row : rows) {
+        performance.hasTable = row.hasTable;
+        performance.target = row.target;
+        ASSERT_TRUE(display.TraceDisplayLine(Line()).Displayed()) << row.legend;
+        EXPECT_EQ(Shown(14), row.shown) << row.legend;
+    }
+
+    // The corrected direction wraps at north: 6.2483 rad is 358.001, + 3 = 361 shows 1.
+    ASSERT_TRUE(display.TraceDisplayLine(Line({{9, "6.2483"}})).Displayed());
+    EXPECT_EQ(Shown(9), " 358 C:   1");
+
+    performance.hasTable = true;
+    performance.target = std::nullopt;  // a fault inside the lookup fails the line
+    EXPECT_EQ(display.TraceDisplayLine(Line()).error,
+              "TraceDisplayLine: overflow in the target speed");
+
+    performance.on = false;
+    ASSERT_TRUE(display.TraceDisplayLine(Line()).Displayed());
+    EXPECT_EQ(Shown(7), " -45");
+    EXPECT_EQ(Shown(14), " 6.1   ");
+}
+
+}  // namespace
+}  // namespace wakeline
