@@ -116,6 +116,7 @@ void NavigationCentre::DDEInit() {
         linkStatus_.text += " NO TRACE FILE";
     }
     linkStatus_.toolTip = kDdeToolTip;
+    InitFieldTable(fieldTable_);
     log_.DebugWriteLine("DDEInit prepared strings");
 }
 
@@ -162,6 +163,7 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     displayFactor_ = 1.0F;
 
     ParseCommandLine();
+    display_.SetFeetOption(state_.LiveOptionM);
     log_.DebugWriteLine("Form_Load processed commandline ");
     DDEInit();
     log_.DebugWriteLine("Form_Load performed DDEInit ");
@@ -204,6 +206,22 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
 
 void NavigationCentre::Timer1_Timer() {
     // The battery check and the chart-plotter link keep-alive run on this tick.
+}
+
+DisplayOutcome NavigationCentre::HandleDataLine(std::string_view line) {
+    DisplayOutcome outcome = display_.TraceDisplayLine(line);
+    if (outcome.windSample) {
+        AddWindObservation(windSamples_, outcome.windSample->twsKnots,
+                           outcome.windSample->twdDegrees, clock_.NowUtc(), 1);
+    }
+    if (!outcome.Displayed()) {
+        log_.DebugWriteLine(outcome.error);
+        return outcome;
+    }
+    if (!files_.TrackDir.empty()) {
+        track_.TraceWriteLine(line, false, fieldTable_[kFieldCog].Shown);
+    }
+    return outcome;
 }
 
 bool NavigationCentre::FormUnload() {

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "display/display_computation.h"
+#include "livedata/field_table.h"
 #include "shell/clock.h"
 #include "shell/configuration.h"
 #include "shell/diagnostic_log.h"
@@ -57,6 +59,11 @@ class NavigationCentre {
     // One tick of the main timer (every Timer1Interval milliseconds once it runs).
     void Timer1_Timer();
 
+    // One data line from the current source: shown through the display computation (a line
+    // that fails is logged and neither shown nor recorded), its wind sample kept, and handed
+    // to the track writer when there is a track directory.
+    DisplayOutcome HandleDataLine(std::string_view line);
+
     // The close: asks "ending trace function". OK flushes the track with the closedown note
     // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
     bool FormUnload();
@@ -69,6 +76,8 @@ class NavigationCentre {
     DiagnosticLog& Log() { return log_; }
     ProgramClock& Clock() { return clock_; }
     TrackWriter& Track() { return track_; }
+    const FieldTable& Fields() const { return fieldTable_; }
+    const DisplayComputation& Display() const { return display_; }
     const WindData& WindHistory() const { return windHistory_; }
     const WindData& WindSamples() const { return windSamples_; }
 
@@ -88,6 +97,8 @@ class NavigationCentre {
     std::string commandLine_;
     std::string caption_;
     LinkStatusText linkStatus_;
+    FieldTable fieldTable_;
+    DisplayComputation display_{fieldTable_};
     WindData windHistory_;
     WindData windSamples_;
     TrackWriter track_;

@@ -274,6 +274,30 @@ TEST(StartUp, TrackNotesAndTheWindHistoryAcrossARestart) {
     }
 }
 
+TEST(DataLine, IsShownKeptAsWindAndRecordedUnlessItFails) {
+    Boat boat;
+    NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini");
+    const std::string line =
+        "52.5,-4.25,6.5,1.5708,1.5708,0,10,0.7854,0.5236,2.3562,5,7,4,1.5708,6.2,,,,,,,,\r\n";
+    EXPECT_TRUE(centre.HandleDataLine(line).Displayed());
+    EXPECT_EQ(centre.Fields()[0].Shown, "052 30.000 N");
+    // Track Time 10 and no record yet: the line is recorded, and its wind sample moves into
+    // the history as one observation of 5 m/s = 9.72 kn.
+    EXPECT_EQ(centre.Track().PendingCount(), 1U);
+    EXPECT_EQ(centre.WindSamples().Count, 0);
+    ASSERT_EQ(centre.WindHistory().Count, 1);
+    EXPECT_FLOAT_EQ(centre.WindHistory().Obs[0].Speed, 5 * 1.9438444924406F);
+
+    // A short line is logged, not shown and not recorded.
+    boat.clock.now.minute = 43;
+    EXPECT_FALSE(centre.HandleDataLine("1,2,3").Displayed());
+    EXPECT_EQ(centre.Fields()[0].Shown, "052 30.000 N");
+    EXPECT_EQ(centre.Track().PendingCount(), 1U);
+
+    ASSERT_TRUE(centre.FormUnload());
+    EXPECT_EQ(boat.files.files["/boat/traces/20261115.TRT"], "20261115 23:42:16 CZ," + line);
+}
+
 TEST(Close, OkEndsTheRunCancelKeepsIt) {
     Boat boat;
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini");
