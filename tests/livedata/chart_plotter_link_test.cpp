@@ -175,13 +175,10 @@ TEST(LinkEndpointTest, HostAndPort) {
     };
     const Row rows[] = {
         {"default", "127.0.0.1:20175", LinkEndpoint{"127.0.0.1", 20175}},
-        {"name, highest port", "localhost:65535", LinkEndpoint{"localhost", 65535}},
         {"IPv6 in brackets", "[::1]:20175", LinkEndpoint{"::1", 20175}},
         {"IPv6 without brackets", "::1:20175", std::nullopt},
-        {"port 0", "localhost:0", std::nullopt},
         {"port too high", "localhost:65536", std::nullopt},
         {"port with a letter", "localhost:2o175", std::nullopt},
-        {"no port", "localhost:", std::nullopt},
         {"no host", ":20175", std::nullopt},
         {"no colon", "localhost", std::nullopt},
     };
