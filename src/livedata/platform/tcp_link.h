@@ -10,7 +10,8 @@
 // dropped and reported with lineDropped(). An unfinished line when the link closes is lost.
 //
 // Signals are emitted from the event loop; a receiver may call Close() from any of them but
-// must not delete the link there (use deleteLater()).
+// must not delete the link there (use deleteLater()). A new attempt after a failure or a close
+// belongs in a later turn of the loop (the main timer's next tick), not in the slot itself.
 
 #include <QByteArray>
 #include <QObject>
