@@ -62,7 +62,7 @@ void TcpLink::OnStateChanged(QAbstractSocket::SocketState state) {
     }
 }
 
-void TcpLink::OnError(QAbstractSocket::SocketError error) {
+void TcpLink::OnError(QAbstractSocket::SocketError) {
     // Once linked, every error ends in the unconnected state, which reports the close.
     if (phase_ == Phase::Connecting) {
         const QString reason = socket_.errorString();
@@ -71,7 +71,6 @@ void TcpLink::OnError(QAbstractSocket::SocketError error) {
             Fail(reason);
         }
     }
-    (void)error;
 }
 
 void TcpLink::OnConnectTimeout() {
@@ -100,11 +99,11 @@ void TcpLink::ReadLater() {
         return;
     }
     // The rest waits for the next turn of the event loop, so that timers and windows get theirs.
+    // A turn still pending when the link closes and comes back serves the new connection.
     readScheduled_ = true;
-    const quint64 connection = connection_;
-    QTimer::singleShot(0, this, [this, connection] {
+    QTimer::singleShot(0, this, [this] {
         readScheduled_ = false;
-        if (connection == connection_ && phase_ == Phase::Connected && ReadSome(kMaxBytesPerTurn)) {
+        if (phase_ == Phase::Connected && ReadSome(kMaxBytesPerTurn)) {
             ReadLater();
         }
     });
@@ -138,7 +137,6 @@ void TcpLink::HandleClosed() {
     // What arrived before the close is delivered first; the socket holds at most its buffer.
     phase_ = Phase::Idle;
     const quint64 connection = ++connection_;
-    readScheduled_ = false;
     std::vector<LineEvent> events;
     char chunk[kReadChunkBytes];
     while (socket_.isOpen() && socket_.bytesAvailable() > 0) {

@@ -79,7 +79,7 @@ class TcpLink : public QObject {
     Phase phase_ = Phase::Idle;
     int connectTimeoutMs_ = kDefaultConnectTimeoutMs;
     bool readScheduled_ = false;
-    quint64 connection_ = 0;  // counts connections, so a late read turn of an old one is void
+    quint64 connection_ = 0;  // changes whenever the link goes down, so emitting can stop
 };
 
 }  // namespace wakeline
