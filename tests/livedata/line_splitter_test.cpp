@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "livedata/line_splitter.h"
+
+namespace wakeline {
+namespace {
+
+struct Fed {
+    std::vector<std::string> lines;
+    int tooLong = 0;
+};
+
+Fed FeedAll(LineSplitter& splitter, const std::vector<std::string>& chunks) {
+    Fed fed;
+    for (const std::string& chunk : chunks) {
+        for (LineEvent& event : splitter.Feed(chunk)) {
+            if (event.kind == LineEvent::Kind::Line) {
+                fed.lines.push_back(std::move(event.text));
+            } else {
+                ++fed.tooLong;
+            }
+        }
+    }
+    return fed;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(LineSplitterTest, LinesEndWhereTheirRuleSaysWhateverTheChunks) {
+    constexpr LineEnds kLink = LineEnds::LfOptionalCr;
+    constexpr LineEnds kFile = LineEnds::LfCrLfOrCr;
+    struct Row {
+        const char* legend;
+        LineEnds ends;
+        std::vector<std::string> chunks;
+        Lines lines;
+        std::optional<std::string> last;
+    };
+    const Row rows[] = {
+        {"link: CR LF split between chunks",
+         kLink,
+         {"ab", "c\r", "\nd", "ef\n"},
+         {"abc", "def"},
+         {}},
+        {"link: a lone CR is text", kLink, {"a\rb\n"}, {"a\rb"}, {}},
+        {"link: only the CR right before LF goes", kLink, {"a\r", "\r", "\n"}, {"a\r"}, {}},
+        {"link: empty lines are lines", kLink, {"\n\r\n"}, {"", ""}, {}},
+        {"link: NUL and 8-bit bytes pass",
+         kLink,
+         {std::string("a\0b\xff\x80\n", 6)},
+         {std::string("a\0b\xff\x80", 5)},
+         {}},
+        {"link: a CR at the end of the stream is text", kLink, {"a\nx\r"}, {"a"}, "x\r"},
+        {"file: all three ends", kFile, {"a\rb\r\nc\nd"}, {"a", "b", "c"}, "d"},
+        {"file: CR LF split, then an empty line",
+         kFile,
+         {"a\r", "\nb\r", "\r\n"},
+         {"a", "b", ""},
+         {}},
+        {"file: LF CR is two ends", kFile, {"a\n\rb\n"}, {"a", "", "b"}, {}},
+    };
+    for (const Row& row : rows) {
+        LineSplitter splitter(row.ends);
+        const Fed fed = FeedAll(splitter, row.chunks);
+        EXPECT_EQ(fed.lines, row.lines) << row.legend;
+        EXPECT_EQ(fed.tooLong, 0) << row.legend;
+        EXPECT_EQ(splitter.Finish(), row.last) << row.legend;
+    }
+}
+
+TEST(LineSplitterTest, AnEndlessLineIsBoundedDroppedOnceAndTheNextLineWorks) {
+    LineSplitter splitter;
+    const std::string chunk(4096, 'x');
+    int tooLong = 0;
+    for (int i = 0; i < 256; ++i) {  // 1 MiB without a line end
+        for (const LineEvent& event : splitter.Feed(chunk)) {
+            EXPECT_EQ(event.kind, LineEvent::Kind::TooLong);
+            ++tooLong;
+        }
+        ASSERT_LE(splitter.PendingBytes(), kMaxLineBytes);
+    }
+    EXPECT_EQ(tooLong, 1);
+    const Fed fed = FeedAll(splitter, {"tail of the long line\r\nnext\n"});
+    EXPECT_EQ(fed.lines, Lines{"next"});
+    EXPECT_EQ(fed.tooLong, 0);
+}
+
+TEST(LineSplitterTest, TheBoundIsTheLineWithoutItsEnd) {
+    // Exactly the bound is kept, even with its CR arriving as the byte past the bound.
+    LineSplitter splitter;
+    const std::string longest(kMaxLineBytes, 'y');
+    Fed fed = FeedAll(splitter, {longest, "\r", "\n"});
+    ASSERT_EQ(fed.lines.size(), 1U);
+    EXPECT_EQ(fed.lines[0], longest);
+
+    // One byte more is dropped, and a lone CR counts as a byte of the line.
+    fed = FeedAll(splitter, {longest + "z\nshort\n", longest, "\rq\n", "ok\n"});
+    EXPECT_EQ(fed.lines, (Lines{"short", "ok"}));
+    EXPECT_EQ(fed.tooLong, 2);
+
+    // The unfinished line of a dropped stream is not handed out at the end.
+    fed = FeedAll(splitter, {longest, longest});
+    EXPECT_EQ(fed.tooLong, 1);
+    EXPECT_EQ(splitter.Finish(), std::nullopt);
+}
+
+TEST(LineSplitterTest, ManyLinesInOneChunkComeOutInOrder) {
+    std::string chunk;
+    for (int i = 0; i < 10000; ++i) {
+        chunk += "line " + std::to_string(i) + "\r\n";
+    }
+    LineSplitter splitter;
+    const Fed fed = FeedAll(splitter, {chunk});
+    ASSERT_EQ(fed.lines.size(), 10000U);
+    for (int i = 0; i < 10000; ++i) {
+        ASSERT_EQ(fed.lines[std::size_t(i)], "line " + std::to_string(i));
+    }
+}
+
+}  // namespace
+}  // namespace wakeline
