@@ -1,6 +1,7 @@
 #include "shell/navigation_centre.h"
 
 #include "display/text_number.h"
+#include "livedata/replay_line.h"
 #include "shell/ascii_case.h"
 #include "shell/command_line.h"
 #include "wind/wind_file.h"
@@ -26,6 +27,7 @@ NavigationCentre::NavigationCentre(const PlatformServices& services)
     : services_(services),
       clock_(services.clock),
       log_(clock_, services.files, services.dialogs, services.logPath),
+      link_(log_, services.programs),
       track_(TrackSettings{}, clock_, services.files, log_, services.dialogs, windHistory_,
              windSamples_) {}
 
@@ -142,6 +144,11 @@ void NavigationCentre::ChooseDataSource() {
         state_.Timer1Interval = 5000;
         return;
     }
+    if (state_.Replay) {
+        // The recorded lines stand in for the link; the tick keeps the battery check going.
+        state_.Timer1Interval = 100;
+        return;
+    }
     const std::int16_t dde = files_.Ini.Dde;
     if (dde == 0) {
         // Without the link there is no data source and no battery check until a restart.
@@ -204,30 +211,75 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     return true;
 }
 
-void NavigationCentre::Timer1_Timer() {
-    // The battery check and the chart-plotter link keep-alive run on this tick.
+bool NavigationCentre::Timer1_Timer() {
+    // The battery check runs on every tick once the battery monitor is part of the run.
+    return state_.DdeMode && !state_.Replay && link_.OnTimerTick();
 }
 
-DisplayOutcome NavigationCentre::HandleDataLine(std::string_view line) {
-    DisplayOutcome outcome = display_.TraceDisplayLine(line);
-    if (outcome.windSample) {
-        AddWindObservation(windSamples_, outcome.windSample->twsKnots,
-                           outcome.windSample->twdDegrees, clock_.NowUtc(), 1);
+void NavigationCentre::OnLinkConnected() {
+    link_.OnConnected();
+}
+
+bool NavigationCentre::OnLinkConnectFailed() {
+    const LinkFailure failure = link_.OnConnectFailed(files_.SeaClearExe);
+    linkStatus_.text = failure.statusText;
+    return failure.askClose;
+}
+
+void NavigationCentre::OnLinkClosed() {
+    link_.OnLinkClosed();
+}
+
+LinkNotification NavigationCentre::OnLinkLine(std::string_view itemText) {
+    LinkNotification notification =
+        link_.OnNotification(itemText, clock_.NowUtc(), !files_.TrackDir.empty(), *this);
+    linkStatus_.text = notification.statusText;
+    return notification;
+}
+
+void NavigationCentre::HandleReplayLine(std::string_view line) {
+    const ReplayLine replay = ClassifyReplayLine(line);
+    switch (replay.kind) {
+        case ReplayLine::Kind::Note:
+            return;
+        case ReplayLine::Kind::Stamped:
+            clock_.SetReplayTime(replay.time);
+            break;
+        case ReplayLine::Kind::Plain:
+            break;
     }
-    if (!outcome.Displayed()) {
-        log_.DebugWriteLine(outcome.error);
-        return outcome;
+    OnLinkLine(replay.text);
+}
+
+bool NavigationCentre::TraceDisplayLine(const std::string& line) {
+    lastDisplay_ = display_.TraceDisplayLine(line);
+    if (lastDisplay_.windSample) {
+        AddWindObservation(windSamples_, lastDisplay_.windSample->twsKnots,
+                           lastDisplay_.windSample->twdDegrees, clock_.NowUtc(), 1);
     }
-    if (!files_.TrackDir.empty()) {
-        track_.TraceWriteLine(line, false, fieldTable_[kFieldCog].Shown);
+    if (!lastDisplay_.Displayed()) {
+        log_.DebugWriteLine(lastDisplay_.error);
     }
-    return outcome;
+    return lastDisplay_.Displayed();
+}
+
+void NavigationCentre::TraceWriteLine(const std::string& line, bool force) {
+    track_.TraceWriteLine(line, force, fieldTable_[kFieldCog].Shown);
+}
+
+bool NavigationCentre::HandleDataLine(std::string_view line) {
+    const std::string text(line);
+    const bool displayed = TraceDisplayLine(text);
+    if (displayed && !files_.TrackDir.empty()) {
+        TraceWriteLine(text, false);
+    }
+    return displayed;
 }
 
 bool NavigationCentre::FormUnload() {
     if (!services_.dialogs.AskOkCancel("ending trace function")) {
         // A lost link no longer closes the window by itself until new data have arrived.
-        state_.LinkSeen = false;
+        link_.OnCloseRefused();
         return false;
     }
     // The forced note flushes every pending record and saves the wind history.

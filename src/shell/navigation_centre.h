@@ -35,8 +35,7 @@ struct RunState {
     // Start-up and the run.
     int CaptionHeight = 0;  // twips
     bool PolarTablesOn = false;
-    bool LinkSeen = false;
-    bool SeaClearStarted = false;
+    bool Replay = false;  // data lines come from a recorded file, not from the link
     std::int16_t AlarmState = 0;
     int Timer1Interval = 0;  // milliseconds, 0 = stopped
 };
@@ -47,22 +46,43 @@ struct LinkStatusText {
     std::string toolTip;
 };
 
-class NavigationCentre {
+class NavigationCentre : private DataLineSink {
   public:
     explicit NavigationCentre(const PlatformServices& services);
+
+    // Data lines will come from a replay of recorded lines instead of the link: the link and
+    // its settings key are then not used. Call before FormLoad.
+    void UseReplay() { state_.Replay = true; }
 
     // The main window's load: every start-up step in its order, each reported in the log.
     // `commandLine` is the whole comma-separated command line. Returns false when no
     // settings file was found: the program must end (the messages were shown).
     bool FormLoad(std::string_view commandLine);
 
-    // One tick of the main timer (every Timer1Interval milliseconds once it runs).
-    void Timer1_Timer();
+    // One tick of the main timer (every Timer1Interval milliseconds once it runs). True when
+    // the platform is to try to switch the link on now; it reports the outcome with
+    // OnLinkConnected or OnLinkConnectFailed.
+    bool Timer1_Timer();
+
+    void OnLinkConnected();
+    // No server answered: "No seaclear input", the chart plotter's program started once per
+    // run. True when data had arrived before, so the chart plotter was closed since: the
+    // platform then closes the main window, which asks the user (FormUnload).
+    bool OnLinkConnectFailed();
+    // The server closed the link; the next tick finds out whether it comes back.
+    void OnLinkClosed();
+    // One text from the link: a change notification of the item.
+    LinkNotification OnLinkLine(std::string_view itemText);
+    // One line of a replay, without its line end: a note ("/* ") is skipped; a track
+    // record's time stamp sets the program clock and is stripped; the rest is handled as a
+    // text from the link.
+    void HandleReplayLine(std::string_view line);
 
     // One data line from the current source: shown through the display computation (a line
     // that fails is logged and neither shown nor recorded), its wind sample kept, and handed
     // to the track writer when there is a track directory.
-    DisplayOutcome HandleDataLine(std::string_view line);
+    // True when it was displayed.
+    bool HandleDataLine(std::string_view line);
 
     // The close: asks "ending trace function". OK flushes the track with the closedown note
     // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
@@ -73,11 +93,14 @@ class NavigationCentre {
     const std::string& CommandLine() const { return commandLine_; }
     const std::string& Caption() const { return caption_; }
     const LinkStatusText& LinkStatus() const { return linkStatus_; }
+    const ChartPlotterLink& Link() const { return link_; }
     DiagnosticLog& Log() { return log_; }
     ProgramClock& Clock() { return clock_; }
     TrackWriter& Track() { return track_; }
     const FieldTable& Fields() const { return fieldTable_; }
     const DisplayComputation& Display() const { return display_; }
+    // What the last data line did to the display (its error, the rows written, the last row).
+    const DisplayOutcome& LastDisplay() const { return lastDisplay_; }
     const WindData& WindHistory() const { return windHistory_; }
     const WindData& WindSamples() const { return windSamples_; }
 
@@ -88,6 +111,9 @@ class NavigationCentre {
     void DDEInit();
     void ChooseDataSource();
     void LoadWindHistory();
+    // The road of a new data line: the display, then (when recorded) the track.
+    bool TraceDisplayLine(const std::string& line) override;
+    void TraceWriteLine(const std::string& line, bool force) override;
 
     PlatformServices services_;
     ProgramClock clock_;
@@ -97,8 +123,10 @@ class NavigationCentre {
     std::string commandLine_;
     std::string caption_;
     LinkStatusText linkStatus_;
+    ChartPlotterLink link_;
     FieldTable fieldTable_;
     DisplayComputation display_{fieldTable_};
+    DisplayOutcome lastDisplay_;
     WindData windHistory_;
     WindData windSamples_;
     TrackWriter track_;

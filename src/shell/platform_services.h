@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "livedata/chart_plotter_link.h"
 #include "shell/clock.h"
 #include "shell/file_system.h"
 #include "shell/settings_store.h"
@@ -54,6 +55,7 @@ struct PlatformServices {
     UserDialogs& dialogs;
     SettingsStore& settings;
     MainWindowFrame& window;
+    ProgramStarter& programs;  // starts the chart plotter's program
     ProgramInfo program;
     std::string logPath;  // the diagnostic log file
 };

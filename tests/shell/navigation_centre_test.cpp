@@ -15,6 +15,7 @@ namespace {
 
 using testing::FakeClock;
 using testing::FakeFileSystem;
+using testing::FakeProgramStarter;
 using testing::RecordingDialogs;
 
 constexpr const char* kLogPath = "/state/WakelineDebug.txt";
@@ -36,7 +37,7 @@ struct Boat {
         program.revision = 35;
         program.programDir = "/opt/wakeline";
         centre = std::make_unique<NavigationCentre>(
-            PlatformServices{clock, files, dialogs, settings, frame, program, kLogPath});
+            PlatformServices{clock, files, dialogs, settings, frame, programs, program, kLogPath});
         started = centre->FormLoad(commandLine);
         return *centre;
     }
@@ -56,6 +57,7 @@ struct Boat {
 
     FakeClock clock;
     FakeFileSystem files;
+    FakeProgramStarter programs;
     RecordingDialogs dialogs;
     MemorySettingsStore settings;
     DetachedFrame frame;
@@ -279,7 +281,7 @@ TEST(DataLine, IsShownKeptAsWindAndRecordedUnlessItFails) {
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini");
     const std::string line =
         "52.5,-4.25,6.5,1.5708,1.5708,0,10,0.7854,0.5236,2.3562,5,7,4,1.5708,6.2,,,,,,,,\r\n";
-    EXPECT_TRUE(centre.HandleDataLine(line).Displayed());
+    EXPECT_TRUE(centre.HandleDataLine(line));
     EXPECT_EQ(centre.Fields()[0].Shown, "052 30.000 N");
     // Track Time 10 and no record yet: the line is recorded, and its wind sample moves into
     // the history as one observation of 5 m/s = 9.72 kn.
@@ -290,7 +292,7 @@ TEST(DataLine, IsShownKeptAsWindAndRecordedUnlessItFails) {
 
     // A short line is logged, not shown and not recorded.
     boat.clock.now.minute = 43;
-    EXPECT_FALSE(centre.HandleDataLine("1,2,3").Displayed());
+    EXPECT_FALSE(centre.HandleDataLine("1,2,3"));
     EXPECT_EQ(centre.Fields()[0].Shown, "052 30.000 N");
     EXPECT_EQ(centre.Track().PendingCount(), 1U);
 
@@ -298,12 +300,84 @@ TEST(DataLine, IsShownKeptAsWindAndRecordedUnlessItFails) {
     EXPECT_EQ(boat.files.files["/boat/traces/20261115.TRT"], "20261115 23:42:16 CZ," + line);
 }
 
+TEST(Link, TicksFailuresNotificationsAndTheLostChartPlotter) {
+    // Started without a command line: the settings file and the chart plotter's program lie
+    // beside this program.
+    Boat boat;
+    boat.files.files["/opt/wakeline/SeaClear_2.exe"] = "";
+    boat.files.files["/opt/wakeline/SEACLEAR_2.INI"] =
+        "[Program Setup]\r\nDDE=1\r\nTrack Time=10\r\n";
+    boat.files.directories.insert("/opt/wakeline/traces");
+    NavigationCentre& linked = boat.Start("");
+    ASSERT_TRUE(boat.started);
+
+    // No chart plotter yet: its program is started once, and the link is tried every tick.
+    ASSERT_TRUE(linked.Timer1_Timer());
+    EXPECT_FALSE(linked.OnLinkConnectFailed());
+    EXPECT_EQ(linked.LinkStatus().text, "No seaclear input");
+    ASSERT_TRUE(linked.Timer1_Timer());
+    EXPECT_FALSE(linked.OnLinkConnectFailed());
+    EXPECT_EQ(boat.programs.started, std::vector<std::string>{"/opt/wakeline/SeaClear_2.exe"});
+
+    ASSERT_TRUE(linked.Timer1_Timer());
+    linked.OnLinkConnected();
+    EXPECT_FALSE(linked.Timer1_Timer());  // linked: nothing to do
+    const std::string item =
+        "52.5,-4.25,6.5,1.5708,1.5708,0,10,0.7854,0.5236,2.3562,5,7,4,1.5708,6.2,,,,,,,,";
+    EXPECT_TRUE(linked.OnLinkLine(item).newLine);
+    EXPECT_EQ(linked.LinkStatus().text, "15-11-2026 23:42:16 (CZ)");
+    EXPECT_FALSE(linked.OnLinkLine(item).newLine);
+    EXPECT_EQ(linked.LinkStatus().text, "unchanged 15-11-2026 23:42:16 (CZ)");
+    EXPECT_EQ(linked.Track().PendingRecords().at(0), "20261115 23:42:16 CZ," + item + "\r\n");
+
+    // The chart plotter closes after data: the next failure asks to end the voyage; a
+    // refusal keeps the run and stops asking until new data arrive.
+    linked.OnLinkClosed();
+    ASSERT_TRUE(linked.Timer1_Timer());
+    EXPECT_TRUE(linked.OnLinkConnectFailed());
+    boat.dialogs.okCancelAnswer = false;
+    EXPECT_FALSE(linked.FormUnload());
+    ASSERT_TRUE(linked.Timer1_Timer());
+    EXPECT_FALSE(linked.OnLinkConnectFailed());
+    EXPECT_EQ(boat.programs.started.size(), 1U);
+}
+
+TEST(Replay, StampsSetTheClockNotesAreSkipped) {
+    Boat replay;
+    replay.files.files["/boat/SeaClear_2.ini"] = "[Program Setup]\r\nTrack Time=10\r\n";
+    ProgramInfo program;
+    replay.centre = std::make_unique<NavigationCentre>(
+        PlatformServices{replay.clock, replay.files, replay.dialogs, replay.settings, replay.frame,
+                         replay.programs, program, kLogPath});
+    replay.centre->UseReplay();
+    // No DDE key is needed for a replay, and the tick never tries the link.
+    ASSERT_TRUE(replay.centre->FormLoad("/boat/SeaClear_2.ini"));
+    EXPECT_TRUE(replay.dialogs.messages.empty());
+    EXPECT_EQ(replay.centre->State().Timer1Interval, 100);
+    EXPECT_FALSE(replay.centre->Timer1_Timer());
+
+    const std::string data =
+        "52.5,-4.25,6.5,1.5708,1.5708,0,10,0.7854,0.5236,2.3562,5,7,4,1.5708,6.2,,,,,,,,";
+    replay.centre->HandleReplayLine("/* 20240315 14:30:00 CZ - a note");
+    replay.centre->HandleReplayLine("20240315 14:30:24 CZ," + data);
+    replay.centre->HandleReplayLine("20240315 14:30:29 CZ," + data + "0");
+    replay.centre->HandleReplayLine("20240315 14:30:34 CZ," + data + "1");
+    const auto& records = replay.centre->Track().PendingRecords();
+    ASSERT_EQ(records.size(), 2U);
+    EXPECT_EQ(records[0], "20240315 14:30:24 CZ," + data + "\r\n");
+    EXPECT_EQ(records[1], "20240315 14:30:34 CZ," + data + "1\r\n");
+    // The clock keeps the last stamp through the close.
+    ASSERT_TRUE(replay.centre->FormUnload());
+    EXPECT_EQ(replay.files.files["/boat/traces/20240315.TRT"],
+              "20240315 14:30:24 CZ," + data + "\r\n20240315 14:30:34 CZ," + data + "1\r\n");
+}
+
 TEST(Close, OkEndsTheRunCancelKeepsIt) {
     Boat boat;
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini");
     boat.dialogs.okCancelAnswer = false;
     EXPECT_FALSE(centre.FormUnload());
-    EXPECT_FALSE(centre.State().LinkSeen);
+    EXPECT_FALSE(centre.Link().LinkSeen());
     boat.dialogs.okCancelAnswer = true;
     EXPECT_TRUE(centre.FormUnload());
     EXPECT_EQ(boat.dialogs.messages.back(), "ending trace function");

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "livedata/chart_plotter_link.h"
 #include "shell/clock.h"
 #include "shell/file_system.h"
 #include "shell/user_dialogs.h"
@@ -56,6 +57,16 @@ class RecordingDialogs : public UserDialogs {
     std::vector<std::string> prompts;   // AskText prompts
     bool okCancelAnswer = true;
     std::optional<std::string> textAnswer;
+};
+
+// Records the programs it was asked to start; starting always works.
+class FakeProgramStarter : public ProgramStarter {
+  public:
+    std::string StartProgram(const std::string& path) override {
+        started.push_back(path);
+        return "";
+    }
+    std::vector<std::string> started;
 };
 
 }  // namespace wakeline::testing
