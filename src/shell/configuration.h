@@ -46,9 +46,10 @@ struct DetermineFilesInput {
 };
 
 // Chooses the settings file, reads it, chooses the track directory and the chart plotter's
-// program, showing each problem in one message and going on with the value emptied. Returns
-// false when no settings file could be found: the caller ends the program after the message
-// "Cannot start, no seaclear inifile found:".
+// program, showing each problem in one message and going on with the value emptied. `out` is
+// reset first. Returns false when no settings file could be found, after showing the message
+// "Cannot start, no seaclear inifile found:": the caller then ends the program. A settings
+// path shorter than the 14 characters the track directory's cut removes leaves "traces".
 bool DetermineFiles(const DetermineFilesInput& input, const FileSystem& files, UserDialogs& dialogs,
                     DiagnosticLog& log, ProgramFiles& out);
 

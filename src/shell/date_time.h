@@ -34,7 +34,8 @@ DateTime DateTimeFromFields(const CalendarFields& fields);
 
 // The calendar fields of a date-time, rounded to the nearest second. A date-time before
 // 1899-12-30 counts its fraction forwards from its whole day, as the original's dates do
-// (-1.25 is 1899-12-29 06:00).
+// (-1.25 is 1899-12-29 06:00). A value that is not finite, or lies more than 100 million
+// days from 1899-12-30, gives the default fields (1899-12-30 00:00).
 CalendarFields FieldsFromDateTime(DateTime value);
 
 // "YYYYMMDD HH:MM:SS", the time stamp of track records, notes and the polar file's header.
@@ -44,7 +45,9 @@ std::string FormatStampTime(DateTime value);
 // same fixed form at midnight.
 std::string FormatLogTime(DateTime value);
 
-// "HH:MM" of a time of day or of a duration (whole minutes, hours may exceed 23).
+// "HH:MM" of a time of day or of a duration (whole minutes, hours may exceed 23). The value
+// is rounded to the second, then the seconds are dropped; a negative duration of a minute or
+// more is shown with "-".
 std::string FormatHourMinute(DateTime value);
 
 // "YYYYMMDD", the name of the day's track file without its ".TRT".

@@ -1,0 +1,61 @@
+#pragma once
+// Stand-ins for the outside world that core tests share: a clock the test sets, files held in
+// memory (with switches that make writing fail) and dialogs that record what they were shown.
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/clock.h"
+#include "shell/file_system.h"
+#include "shell/user_dialogs.h"
+
+namespace wakeline::testing {
+
+// A clock standing still at `now` until the test moves it. The local date is the UTC date
+// unless the test sets `localDate`.
+class FakeClock : public Clock {
+  public:
+    CalendarFields UtcNow() const override { return now; }
+    CalendarDate LocalDateAt(DateTime utc) const override;
+
+    CalendarFields now{2026, 11, 15, 23, 42, 16};
+    std::optional<CalendarDate> localDate;
+};
+
+// Files and directories in memory. A path is a file when `files` holds it and a directory
+// when `directories` holds it; nothing else exists. Appends and writes to a path in
+// `readOnlyPaths`, or any append or write while `failWrites` is set, fail and change nothing.
+class FakeFileSystem : public FileSystem {
+  public:
+    bool FileExists(const std::string& path) const override;
+    bool DirectoryExists(const std::string& path) const override;
+    std::optional<std::string> ReadFile(const std::string& path) const override;
+    bool AppendToFile(const std::string& path, std::string_view bytes) override;
+    bool WriteFile(const std::string& path, std::string_view bytes) override;
+
+    std::map<std::string, std::string> files;
+    std::set<std::string> directories;
+    std::set<std::string> readOnlyPaths;
+    bool failWrites = false;
+    int appendCalls = 0;  // every call, failed or not
+};
+
+// Dialogs that record every text in the order shown and answer as the test says.
+class RecordingDialogs : public UserDialogs {
+  public:
+    void ShowMessage(const std::string& text) override { messages.push_back(text); }
+    bool AskOkCancel(const std::string& text) override;
+    std::optional<std::string> AskText(const std::string& prompt,
+                                       const std::string& title) override;
+
+    std::vector<std::string> messages;  // ShowMessage and AskOkCancel texts
+    std::vector<std::string> prompts;   // AskText prompts
+    bool okCancelAnswer = true;
+    std::optional<std::string> textAnswer;
+};
+
+}  // namespace wakeline::testing
