@@ -18,8 +18,8 @@ namespace wakeline {
 // Corrections for the mast-head wind instrument's systematic errors, by wind speed and by
 // angle class (Upwind, Reaching, Downwind). Knots and degrees of true wind angle.
 struct CorrectionTable {
-    std::int16_t SpeedCount = 0;  // wind-speed columns in use, 1..11
-    std::int16_t ClassCount = 0;  // angle classes, 3 after reading
+    std::int16_t SpeedCount = 0;         // wind-speed columns in use, 1..11
+    std::int16_t ClassCount = 0;         // angle classes, 3 after reading
     std::array<float, 12> WindSpeed{};   // knots; [0] stays 0
     std::array<float, 12> ClassAngle{};  // degrees: upper angle of class k; [0] stays 0
     // Degrees added to the true wind angle, [speed column][class]; column 0 and class 0 stay 0.
@@ -30,9 +30,9 @@ struct CorrectionTable {
 
 // Target boat speeds of one sail set, by true wind speed (rows) and true wind angle (columns).
 struct PolarTable {
-    std::string Name;  // the sail's name, 8-bit text as in the file
-    std::int16_t ColumnCount = 0;  // angle columns, at most 10
-    std::int16_t RowCount = 0;     // wind-speed rows, at most 11
+    std::string Name;                      // the sail's name, 8-bit text as in the file
+    std::int16_t ColumnCount = 0;          // angle columns, at most 10
+    std::int16_t RowCount = 0;             // wind-speed rows, at most 11
     std::array<float, 12> RowWindSpeed{};  // knots, rows 1..RowCount ascending
     std::array<float, 12> RowTwaMin{};     // degrees: the row's best upwind angle ("TWA_min")
     std::array<float, 11> ColumnAngle{};   // degrees, columns 1..ColumnCount ascending

@@ -20,26 +20,6 @@ constexpr int kMostTablesRead = 5;
 // Thrown by any step that makes the file unusable from there on; caught once at the top.
 struct CorruptFile {};
 
-std::vector<std::string_view> TextLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    std::size_t start = 0;
-    std::size_t i = 0;
-    while (i < text.size()) {
-        if (text[i] == '\n' || text[i] == '\r') {
-            lines.push_back(text.substr(start, i - start));
-            if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
-                ++i;
-            }
-            start = i + 1;
-        }
-        ++i;
-    }
-    if (start < text.size()) {
-        lines.push_back(text.substr(start));
-    }
-    return lines;
-}
-
 // A line that starts a section ends whatever was being read. An empty line counts too (the
 // original tested the first character's place in "['", where an empty text is found at 1).
 bool StartsSection(std::string_view line) {
@@ -112,7 +92,7 @@ auto Slot(Array& array, long index) -> decltype(array[0]) {
 class PolarTextReader {
   public:
     PolarTextReader(std::string_view text, PerformanceTables& tables)
-        : lines_(TextLines(text)), tables_(tables) {}
+        : lines_(SplitLines(text)), tables_(tables) {}
 
     // Reads the whole text; the report's messages are those shown on the way.
     void Read(const std::string& path, PolarReadReport& report) {
@@ -270,7 +250,7 @@ class PolarTextReader {
         }
     }
 
-    std::vector<std::string_view> lines_;
+    std::vector<std::string> lines_;
     std::size_t next_ = 0;
     PerformanceTables& tables_;
     std::vector<std::string>* messages_ = nullptr;

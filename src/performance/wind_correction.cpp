@@ -50,14 +50,12 @@ AxisPlace PlaceOnAxis(double value, const Array& axis, long count) {
 float AngleCorrection(float angle, float speed, const CorrectionTable& table) {
     RequireNumber(angle);
     RequireNumber(speed);
-    const AxisPlace x = PlaceOnAxis(std::fabs(static_cast<double>(angle)), table.ClassAngle,
-                                    table.ClassCount);
+    const AxisPlace x =
+        PlaceOnAxis(std::fabs(static_cast<double>(angle)), table.ClassAngle, table.ClassCount);
     const AxisPlace y = PlaceOnAxis(static_cast<double>(speed), table.WindSpeed, table.SpeedCount);
     const double fx = x.weightLo;
     const double fy = y.weightLo;
-    auto node = [&table](long j, long k) -> double {
-        return At(At(table.AngleCorrection, j), k);
-    };
+    auto node = [&table](long j, long k) -> double { return At(At(table.AngleCorrection, j), k); };
     const double result = node(y.hi, x.lo) * (1.0 - fy) * fx + node(y.lo, x.lo) * fy * fx +
                           node(y.lo, x.hi) * (1.0 - fx) * fy +
                           node(y.hi, x.hi) * (1.0 - fy) * (1.0 - fx);
@@ -91,8 +89,8 @@ float SpeedCorrection(float angle, float speed, const CorrectionTable& table) {
             lo = j - 1;
             g = Divide(node - s, node - At(table.WindSpeed, lo));
         }
-        limit = At(table.SpeedCorrectionAngle, j) * (1.0 - g) +
-                At(table.SpeedCorrectionAngle, lo) * g;
+        limit =
+            At(table.SpeedCorrectionAngle, j) * (1.0 - g) + At(table.SpeedCorrectionAngle, lo) * g;
         kt = At(table.SpeedCorrectionKt, j) * (1.0 - g) + At(table.SpeedCorrectionKt, lo) * g;
     }
     const double a = std::fabs(static_cast<double>(angle));
