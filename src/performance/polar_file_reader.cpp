@@ -20,8 +20,8 @@ constexpr int kMostTablesRead = 5;
 // Thrown by any step that makes the file unusable from there on; caught once at the top.
 struct CorruptFile {};
 
-// A line that starts a section ends whatever was being read. An empty line counts too (the
-// original tested the first character's place in "['", where an empty text is found at 1).
+// A line that starts a section ends whatever was being read. An empty line counts too: the
+// test asks where the line's first character stands in "['", and an empty text stands first.
 bool StartsSection(std::string_view line) {
     return line.empty() || line[0] == '[';
 }

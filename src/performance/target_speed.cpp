@@ -21,7 +21,8 @@ constexpr double kOutsideTable = -3.0;
 float RowSpeed(double a, long r, const PolarTable& table) {
     RequireNumber(a);
     const long columns = table.ColumnCount;
-    // Every part of the test is evaluated, as in the original's one-line condition.
+    // The last column's angle is read before the row is tested, so a column count outside the
+    // array is a fault even for a row outside the table.
     const double lastAngle = At(table.ColumnAngle, columns);
     if (r > table.RowCount || r < 1 || a > lastAngle) {
         return static_cast<float>(kOutsideTable);

@@ -127,14 +127,19 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
     struct Case {
         const char* legend;
         std::string text;
+        float dampingFactor;  // set only when its line comes before the fault
     };
     const std::vector<Case> cases = {
-        {"12 wind speeds", CrLfLines({"[CorrectionTable]", twelve, "[DampingFactor=0.5]"})},
-        {"11 columns", CrLfLines({"[PolarTable=Main]", twelve.substr(0, twelve.size() - 3),
-                                  "[DampingFactor=0.5]"})},
-        {"12 rows", CrLfLines({"[PolarTable=Main]", "90"})},
-        {"file ends in correction table", CrLfLines({"[CorrectionTable]", " 06, 12", "045, 3, 2"})},
-        {"number too large", CrLfLines({"[DampingFactor=0.25]", "[PolarTable=Main]", huge})},
+        {"12 wind speeds", CrLfLines({"[CorrectionTable]", twelve, "[DampingFactor=0.5]"}), 0},
+        {"11 columns",
+         CrLfLines(
+             {"[PolarTable=Main]", twelve.substr(0, twelve.size() - 3), "[DampingFactor=0.5]"}),
+         0},
+        {"12 rows", CrLfLines({"[PolarTable=Main]", "90"}), 0},
+        {"file ends in correction table", CrLfLines({"[CorrectionTable]", " 06, 12", "045, 3, 2"}),
+         0},
+        {"number too large", CrLfLines({"[DampingFactor=0.25]", "[PolarTable=Main]", huge}), 0.25f},
+        {"no name to drop a bracket from", CrLfLines({"[PolarTable=", "[DampingFactor=0.5]"}), 0},
     };
     std::vector<Read> reads;
     for (const Case& c : cases) {
@@ -146,7 +151,7 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
         }
         reads.emplace_back(text);
         EXPECT_EQ(reads.back().report.messages, Messages{kCorrupt}) << c.legend;
-        EXPECT_EQ(reads.back().tables.DampingFactor, c.legend[0] == 'n' ? 0.25f : 0.0f) << c.legend;
+        EXPECT_EQ(reads.back().tables.DampingFactor, c.dampingFactor) << c.legend;
     }
     // The count set before the overrun stays; the values stored before it stay too.
     const CorrectionTable& speeds = reads[0].tables.Correction;

@@ -216,7 +216,9 @@ std::string TargetMeaning(float target) {
 
 void PrintSummary(const Options& options, const PerformanceTables& tables,
                   const PolarReadReport& report) {
-    std::printf("Polar file %s\n", Latin1ToUtf8(options.file).c_str());
+    // The path and the messages that carry it are printed as given on the command line; the
+    // sails' 8-bit names are turned into UTF-8 for the terminal.
+    std::printf("Polar file %s\n", options.file.c_str());
     std::printf("Damping factor %s\n", Format(tables.DampingFactor, "0.0000", 0).c_str());
 
     const CorrectionTable& c = tables.Correction;
@@ -288,7 +290,7 @@ void PrintSummary(const Options& options, const PerformanceTables& tables,
     } else {
         std::printf("\nMessages the program would show:\n");
         for (const std::string& message : report.messages) {
-            std::string text = Latin1ToUtf8(message);
+            std::string text = message;
             for (std::size_t at = text.find("\r\n"); at != std::string::npos;
                  at = text.find("\r\n", at)) {
                 text.replace(at, 2, "\n    ");
