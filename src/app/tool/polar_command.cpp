@@ -1,0 +1,383 @@
+// wakeline-tool polar: reads a polar file the way start-up does and shows what the program
+// would make of it, so a sailor can check the file before a race; optionally looks up a
+// target speed and the wind corrections, and writes the tables back in the program's layout.
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "app/tool/commands.h"
+#include "app/tool/latin1.h"
+#include "display/number_format.h"
+#include "display/text_number.h"
+#include "performance/polar_file_reader.h"
+#include "performance/polar_file_writer.h"
+#include "performance/table_defaults.h"
+#include "performance/target_speed.h"
+#include "performance/wind_correction.h"
+#include "shell/clock.h"
+#include "shell/file_system.h"
+#include "shell/platform/system_clock.h"
+
+namespace wakeline::tool {
+namespace {
+
+constexpr const char* kUsage =
+    "usage: wakeline-tool polar FILE [--json] [--target TWA,TWS] [--correct TWA,TWS]\n"
+    "                           [--write OUT]\n"
+    "Reads a polar file (WakelinePolar.txt) as the navigation centre does at start-up, over the\n"
+    "default wind corrections, and shows the damping factor, the correction table, the sails'\n"
+    "polar tables and the current sail, with every message the program would show.\n\n"
+    "  --json             one JSON object: dampingFactor, correction, tables, current (-1 for\n"
+    "                     none), messages; texts are 8-bit, carried as Latin-1\n"
+    "  --target TWA,TWS   target boat speed of the current sail at a true wind angle (degrees)\n"
+    "                     and speed (knots); -1, -2, -3: the table does not cover the point\n"
+    "  --correct TWA,TWS  angle and speed corrections of the true wind at that point\n"
+    "  --write OUT        write the tables back to OUT in the program's own layout\n"
+    "  --help             this text\n\n"
+    "Exit status: 0 the file read cleanly, 1 it could not be read, reading reported a problem\n"
+    "or OUT could not be written, 2 usage error.\n";
+
+constexpr const char* kClassNames[] = {"Upwind", "Reaching", "Downwind"};
+
+struct WindPoint {
+    float angle = 0.0f;
+    float speed = 0.0f;
+};
+
+struct Options {
+    std::string file;
+    bool json = false;
+    std::optional<WindPoint> target;
+    std::optional<WindPoint> correct;
+    std::optional<std::string> writeTo;
+};
+
+std::optional<WindPoint> ParseWindPoint(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::string_view angle = text.substr(0, comma);
+    const std::string_view speed = text.substr(comma + 1);
+    if (!IsDecimalNumber(angle) || !IsDecimalNumber(speed)) {
+        return std::nullopt;
+    }
+    return WindPoint{static_cast<float>(LeadingNumber(angle)),
+                     static_cast<float>(LeadingNumber(speed))};
+}
+
+// Empty (after printing why) when the arguments are not usable.
+std::optional<Options> ParseOptions(const Arguments& args, bool& helpAsked) {
+    Options options;
+    auto fail = [](const std::string& why) {
+        std::fprintf(stderr, "wakeline-tool polar: %s\n%s", why.c_str(), kUsage);
+        return std::nullopt;
+    };
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--help" || arg == "-h") {
+            helpAsked = true;
+            return std::nullopt;
+        }
+        if (arg == "--json") {
+            options.json = true;
+            continue;
+        }
+        if (arg == "--target" || arg == "--correct" || arg == "--write") {
+            if (i + 1 >= args.size()) {
+                return fail(arg + " needs a value");
+            }
+            const std::string& value = args[++i];
+            if (arg == "--write") {
+                options.writeTo = value;
+                continue;
+            }
+            const std::optional<WindPoint> point = ParseWindPoint(value);
+            if (!point) {
+                return fail(arg + " takes TWA,TWS as two numbers, not '" + value + "'");
+            }
+            (arg == "--target" ? options.target : options.correct) = point;
+            continue;
+        }
+        if (arg.size() > 1 && arg[0] == '-') {
+            return fail("unknown option '" + arg + "'");
+        }
+        if (!options.file.empty()) {
+            return fail("one FILE only");
+        }
+        options.file = arg;
+    }
+    if (options.file.empty()) {
+        return fail("FILE is missing");
+    }
+    return options;
+}
+
+// A 32-bit value as the shortest decimal that reads back as the same float, so 4.8 stays 4.8
+// in JSON instead of the double nearest to the float.
+nlohmann::json JsonNumber(float value) {
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    double shortest = 0.0;
+    std::from_chars(buffer, result.ptr, shortest);
+    return shortest;
+}
+
+nlohmann::json JsonLookup(std::optional<float> value) {
+    return value ? JsonNumber(*value) : nlohmann::json(nullptr);
+}
+
+// Counts of a corrupt file may run past the arrays; only entries that exist are shown.
+int Shown(int count, std::size_t arraySize) {
+    return std::clamp(count, 0, static_cast<int>(arraySize) - 1);
+}
+
+nlohmann::json CorrectionJson(const CorrectionTable& c) {
+    const int speeds = Shown(c.SpeedCount, c.WindSpeed.size());
+    nlohmann::json windSpeeds = nlohmann::json::array();
+    nlohmann::json kt = nlohmann::json::array();
+    nlohmann::json limits = nlohmann::json::array();
+    for (int j = 1; j <= speeds; ++j) {
+        windSpeeds.push_back(JsonNumber(c.WindSpeed[j]));
+        kt.push_back(JsonNumber(c.SpeedCorrectionKt[j]));
+        limits.push_back(JsonNumber(c.SpeedCorrectionAngle[j]));
+    }
+    nlohmann::json classes = nlohmann::json::array();
+    for (int k = 1; k <= Shown(c.ClassCount, c.AngleCorrection[0].size()); ++k) {
+        nlohmann::json corrections = nlohmann::json::array();
+        for (int j = 1; j <= speeds; ++j) {
+            corrections.push_back(JsonNumber(c.AngleCorrection[j][k]));
+        }
+        classes.push_back({{"name", kClassNames[k - 1]},
+                           {"angle", JsonNumber(c.ClassAngle[k])},
+                           {"angleCorrections", corrections}});
+    }
+    return {{"speedCount", c.SpeedCount}, {"classCount", c.ClassCount},
+            {"windSpeeds", windSpeeds},   {"classes", classes},
+            {"speedCorrectionKt", kt},    {"speedCorrectionAngle", limits}};
+}
+
+nlohmann::json TableJson(const PolarTable& t) {
+    nlohmann::json angles = nlohmann::json::array();
+    const int columns = Shown(t.ColumnCount, t.ColumnAngle.size());
+    for (int c = 1; c <= columns; ++c) {
+        angles.push_back(JsonNumber(t.ColumnAngle[c]));
+    }
+    nlohmann::json rows = nlohmann::json::array();
+    nlohmann::json cells = nlohmann::json::array();
+    for (int r = 1; r <= Shown(t.RowCount, t.RowWindSpeed.size()); ++r) {
+        rows.push_back(
+            {{"windSpeed", JsonNumber(t.RowWindSpeed[r])}, {"twaMin", JsonNumber(t.RowTwaMin[r])}});
+        nlohmann::json row = nlohmann::json::array();
+        for (int c = 0; c <= columns; ++c) {
+            row.push_back(JsonNumber(t.Cell[r][c]));
+        }
+        cells.push_back(row);
+    }
+    return {
+        {"name", Latin1ToUtf8(t.Name)}, {"rowCount", t.RowCount}, {"columnCount", t.ColumnCount},
+        {"columnAngles", angles},       {"rows", rows},           {"cells", cells}};
+}
+
+const PolarTable* CurrentTable(const PolarSet& set) {
+    if (set.Current < 0 || set.Current >= set.Count) {
+        return nullptr;
+    }
+    return &set.Tables[static_cast<std::size_t>(set.Current)];
+}
+
+std::string Format(float value, const char* mask, int width) {
+    return FormatToWidth(value, mask, static_cast<std::int16_t>(width));
+}
+
+std::string LookupText(std::optional<float> value, const char* mask) {
+    return value ? Format(*value, mask, 0) : std::string("arithmetic fault in the table");
+}
+
+std::string TargetMeaning(float target) {
+    if (target == -1.0f) {
+        return " (no target: wind speed outside the rows)";
+    }
+    if (target == -2.0f) {
+        return " (no target: angle below the row's TWA_min)";
+    }
+    if (target == -3.0f) {
+        return " (no target: angle beyond the last column)";
+    }
+    return target > 0.0f ? " kt" : " (no target shown)";
+}
+
+void PrintSummary(const Options& options, const PerformanceTables& tables,
+                  const PolarReadReport& report) {
+    // The path and the messages that carry it are printed as given on the command line; the
+    // sails' 8-bit names are turned into UTF-8 for the terminal.
+    std::printf("Polar file %s\n", options.file.c_str());
+    std::printf("Damping factor %s\n", Format(tables.DampingFactor, "0.0000", 0).c_str());
+
+    const CorrectionTable& c = tables.Correction;
+    const int speeds = Shown(c.SpeedCount, c.WindSpeed.size());
+    std::printf("\nWind correction (%d wind speeds)\n  %-17s", speeds, "TWS kt");
+    for (int j = 1; j <= speeds; ++j) {
+        std::printf("%s", Format(c.WindSpeed[j], "0.0", 7).c_str());
+    }
+    for (int k = 1; k <= Shown(c.ClassCount, c.AngleCorrection[0].size()); ++k) {
+        std::printf("\n  %-9s to %s ", kClassNames[k - 1], Format(c.ClassAngle[k], "0", 3).c_str());
+        for (int j = 1; j <= speeds; ++j) {
+            std::printf("%s", Format(c.AngleCorrection[j][k], "0.0", 7).c_str());
+        }
+    }
+    std::printf("\n  %-17s", "corr kt");
+    for (int j = 1; j <= speeds; ++j) {
+        std::printf("%s", Format(c.SpeedCorrectionKt[j], "0.0", 7).c_str());
+    }
+    std::printf("\n  %-17s", "corr angle");
+    for (int j = 1; j <= speeds; ++j) {
+        std::printf("%s", Format(c.SpeedCorrectionAngle[j], "0", 7).c_str());
+    }
+
+    const PolarSet& set = tables.Polars;
+    const PolarTable* current = CurrentTable(set);
+    std::printf("\n\nSails: %d, current: %s\n", set.Count,
+                current ? Latin1ToUtf8(current->Name).c_str() : "none (no target speeds shown)");
+    for (int p = 0; p < set.Count; ++p) {
+        const PolarTable& t = set.Tables[static_cast<std::size_t>(p)];
+        const int columns = Shown(t.ColumnCount, t.ColumnAngle.size());
+        std::printf("\n%s %s: %d rows, %d angle columns\n    TWS TWA_min   @min",
+                    &t == current ? "*" : " ", Latin1ToUtf8(t.Name).c_str(), t.RowCount,
+                    t.ColumnCount);
+        for (int col = 1; col <= columns; ++col) {
+            std::printf("%s", Format(t.ColumnAngle[col], "0", 7).c_str());
+        }
+        for (int r = 1; r <= Shown(t.RowCount, t.RowWindSpeed.size()); ++r) {
+            std::printf("\n  %s%s", Format(t.RowWindSpeed[r], "0.0", 5).c_str(),
+                        Format(t.RowTwaMin[r], "0", 8).c_str());
+            for (int col = 0; col <= columns; ++col) {
+                std::printf("%s", Format(t.Cell[r][col], "0.0", 7).c_str());
+            }
+        }
+        std::printf("\n");
+    }
+
+    if (options.target) {
+        const WindPoint w = *options.target;
+        std::printf("\nTarget at TWA %s, TWS %s kt: ", Format(w.angle, "0.0", 0).c_str(),
+                    Format(w.speed, "0.0", 0).c_str());
+        if (!current) {
+            std::printf("no current sail\n");
+        } else {
+            const std::optional<float> target = TargetSpeedAt(w.angle, w.speed, *current);
+            std::printf("%s%s\n", LookupText(target, "0.00").c_str(),
+                        target ? TargetMeaning(*target).c_str() : "");
+        }
+    }
+    if (options.correct) {
+        const WindPoint w = *options.correct;
+        std::printf("\nCorrections at TWA %s, TWS %s kt: angle %s deg, speed %s kt\n",
+                    Format(w.angle, "0.0", 0).c_str(), Format(w.speed, "0.0", 0).c_str(),
+                    LookupText(AngleCorrectionAt(w.angle, w.speed, c), "0.00").c_str(),
+                    LookupText(SpeedCorrectionAt(w.angle, w.speed, c), "0.00").c_str());
+    }
+
+    if (report.messages.empty()) {
+        std::printf("\nNo messages: the file reads cleanly.\n");
+    } else {
+        std::printf("\nMessages the program would show:\n");
+        for (const std::string& message : report.messages) {
+            std::string text = message;
+            for (std::size_t at = text.find("\r\n"); at != std::string::npos;
+                 at = text.find("\r\n", at)) {
+                text.replace(at, 2, "\n    ");
+            }
+            std::printf("  %s\n", text.c_str());
+        }
+    }
+}
+
+nlohmann::json ReportJson(const Options& options, const PerformanceTables& tables,
+                          const PolarReadReport& report) {
+    nlohmann::json out;
+    out["file"] = Latin1ToUtf8(options.file);
+    out["dampingFactor"] = JsonNumber(tables.DampingFactor);
+    out["correction"] = CorrectionJson(tables.Correction);
+    nlohmann::json sails = nlohmann::json::array();
+    for (int p = 0; p < tables.Polars.Count; ++p) {
+        sails.push_back(TableJson(tables.Polars.Tables[static_cast<std::size_t>(p)]));
+    }
+    out["tables"] = sails;
+    out["current"] = tables.Polars.Current;
+    nlohmann::json messages = nlohmann::json::array();
+    for (const std::string& message : report.messages) {
+        messages.push_back(Latin1ToUtf8(message));
+    }
+    out["messages"] = messages;
+    if (options.target) {
+        const PolarTable* current = CurrentTable(tables.Polars);
+        out["target"] =
+            current
+                ? JsonLookup(TargetSpeedAt(options.target->angle, options.target->speed, *current))
+                : nlohmann::json(nullptr);
+    }
+    if (options.correct) {
+        const WindPoint w = *options.correct;
+        out["angleCorrection"] = JsonLookup(AngleCorrectionAt(w.angle, w.speed, tables.Correction));
+        out["speedCorrection"] = JsonLookup(SpeedCorrectionAt(w.angle, w.speed, tables.Correction));
+    }
+    return out;
+}
+
+}  // namespace
+
+int RunPolar(const Arguments& args) {
+    bool helpAsked = false;
+    const std::optional<Options> options = ParseOptions(args, helpAsked);
+    if (helpAsked) {
+        std::printf("%s", kUsage);
+        return 0;
+    }
+    if (!options) {
+        return 2;
+    }
+
+    StdFileSystem files;
+    PerformanceTables tables;
+    tables.Correction = DefaultCorrectionTable();
+    const PolarReadReport report = ReadPolarFile(files, options->file, tables);
+    if (!report.fileOpened) {
+        std::fprintf(stderr, "wakeline-tool polar: cannot read %s\n", options->file.c_str());
+        return 1;
+    }
+
+    std::optional<bool> written;
+    if (options->writeTo) {
+        const SystemClock systemClock;
+        const ProgramClock clock(systemClock);
+        written = WritePolarFile(files, *options->writeTo, tables, clock.NowUtc());
+    }
+
+    if (options->json) {
+        nlohmann::json out = ReportJson(*options, tables, report);
+        if (written) {
+            out["written"] = *written;
+        }
+        std::printf("%s\n", out.dump().c_str());
+    } else {
+        PrintSummary(*options, tables, report);
+        if (written && *written) {
+            std::printf("\nWritten to %s\n", options->writeTo->c_str());
+        }
+    }
+    if (written && !*written) {
+        std::fprintf(stderr, "wakeline-tool polar: cannot write %s\n", options->writeTo->c_str());
+        return 1;
+    }
+    return report.messages.empty() ? 0 : 1;
+}
+
+}  // namespace wakeline::tool
