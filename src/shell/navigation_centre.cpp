@@ -2,6 +2,8 @@
 
 #include "display/text_number.h"
 #include "livedata/replay_line.h"
+#include "performance/polar_file_reader.h"
+#include "performance/table_defaults.h"
 #include "shell/ascii_case.h"
 #include "shell/command_line.h"
 #include "wind/wind_file.h"
@@ -122,6 +124,35 @@ void NavigationCentre::DDEInit() {
     log_.DebugWriteLine("DDEInit prepared strings");
 }
 
+void NavigationCentre::LoadPolarTables() {
+    performance_.Correction = DefaultCorrectionTable();
+    if (state_.TablesLocked) {
+        state_.PolarTablesOn = false;
+        return;
+    }
+    // The polar file lies beside the track files.
+    const std::string path = files_.TrackDir + "/WakelinePolar.txt";
+    if (!files_.TrackDir.empty() && services_.files.FileExists(path)) {
+        const PolarReadReport report = ReadPolarFile(services_.files, path, performance_);
+        for (const std::string& message : report.messages) {
+            services_.dialogs.ShowMessage(message);
+        }
+        state_.PolarTablesOn = performance_.Polars.Current >= 0;
+        // Both texts name the chart plotter's directory, not the one the file was read
+        // from: sailors know these lines in their track files as they are.
+        const std::string named = files_.SeaClearDir + "/WakelinePolar.txt";
+        log_.DebugWriteLine("Form_Load loaded Polar tables" + named);
+        if (state_.TraceOn) {
+            track_.TraceWriteLine("Polar tables:" + named, true);
+        }
+    } else {
+        performance_.Polars = PlaceholderPolarSet(8, 7);
+        log_.DebugWriteLine("Form_Load no Polar tables found");
+    }
+    tableLookup_.SetPolarTablesOn(state_.PolarTablesOn);
+    display_.SetPerformance(&tableLookup_);
+}
+
 void NavigationCentre::LoadWindHistory() {
     ClearWindData(windHistory_);
     if (!files_.TrackDir.empty()) {
@@ -202,6 +233,7 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     }
     log_.DebugWriteLine("Form_Load performed Determinefiles ");
 
+    LoadPolarTables();
     LoadWindHistory();
 
     state_.AlarmState = -2;  // the battery alarm starts with its sound check

@@ -9,6 +9,8 @@
 
 #include "display/display_computation.h"
 #include "livedata/field_table.h"
+#include "performance/performance_tables.h"
+#include "performance/table_lookup.h"
 #include "shell/clock.h"
 #include "shell/configuration.h"
 #include "shell/diagnostic_log.h"
@@ -99,6 +101,7 @@ class NavigationCentre : private DataLineSink {
     TrackWriter& Track() { return track_; }
     const FieldTable& Fields() const { return fieldTable_; }
     const DisplayComputation& Display() const { return display_; }
+    const PerformanceTables& Performance() const { return performance_; }
     // What the last data line did to the display (its error, the rows written, the last row).
     const DisplayOutcome& LastDisplay() const { return lastDisplay_; }
     const WindData& WindHistory() const { return windHistory_; }
@@ -110,6 +113,7 @@ class NavigationCentre : private DataLineSink {
     void ParseCommandLine();
     void DDEInit();
     void ChooseDataSource();
+    void LoadPolarTables();
     void LoadWindHistory();
     // The road of a new data line: the display, then (when recorded) the track.
     bool TraceDisplayLine(const std::string& line) override;
@@ -124,6 +128,8 @@ class NavigationCentre : private DataLineSink {
     std::string caption_;
     LinkStatusText linkStatus_;
     ChartPlotterLink link_;
+    PerformanceTables performance_;
+    TableLookup tableLookup_{performance_};
     FieldTable fieldTable_;
     DisplayComputation display_{fieldTable_};
     DisplayOutcome lastDisplay_;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <string>
 #include <vector>
 
@@ -86,6 +88,7 @@ TEST(StartUp, RunsEveryStepInOrderAndLogsIt) {
         "DetermineFiles SeaClear file: ",
         "Wakeline  V1.1.35",
         "Form_Load performed Determinefiles ",
+        "Form_Load no Polar tables found",
         "Form_Load initialised Winddata 1",
         "initialised Winddata 2",
         "Form_Load complete",
@@ -370,6 +373,40 @@ TEST(Replay, StampsSetTheClockNotesAreSkipped) {
     ASSERT_TRUE(replay.centre->FormUnload());
     EXPECT_EQ(replay.files.files["/boat/traces/20240315.TRT"],
               "20240315 14:30:24 CZ," + data + "\r\n20240315 14:30:34 CZ," + data + "1\r\n");
+}
+
+TEST(StartUp, PolarTablesGiveCorrectedWindAndTargetSpeed) {
+    Boat boat;
+    boat.settings.Set("Settings", "SetLogData", "True");
+    boat.files.files["/boat/SeaClear_2.ini"] += "SeaClear Dir=/plotter\r\n";
+    boat.files.files["/boat/traces/WakelinePolar.txt"] =
+        "[DampingFactor=1.0000]\r\n"
+        "[PolarTable=Genoa]\r\n"
+        "                 52,   90\r\n"
+        "06,  40,  4.8,  5.3,  6.1\r\n"
+        "12,  38,  6.0,  6.5,  7.2\r\n"
+        "[PolarTableCurrent=Genoa]\r\n";
+    NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,,,F");
+    ASSERT_TRUE(boat.started);
+    EXPECT_TRUE(centre.State().PolarTablesOn);
+    const std::vector<std::string> log = boat.LogLines();
+    // The texts name the chart plotter's directory, not the one the file came from.
+    EXPECT_NE(std::find(log.begin(), log.end(),
+                        "Form_Load loaded Polar tables/plotter/WakelinePolar.txt"),
+              log.end());
+    EXPECT_NE(boat.files.files["/boat/traces/20261115.TRT"].find(
+                  "/* 20261115 23:42:16 CZ - Polar tables:/plotter/WakelinePolar.txt\r\n"),
+              std::string::npos);
+
+    // TWA 0.7854 rad is 45 degrees, TWS 5 m/s is 9.7 knots. Damping 1 and the default
+    // corrections leave 45. The target between the rows of 6 and 12 knots: t = 2.3 / 6, the
+    // interpolated best angle m = 38.767, u = (45 - m) / (52 - m) = 0.4710; the 6-knot row at
+    // 45.652 degrees gives 4.8 + 0.5 u = 5.0355, the 12-knot row at 44.594 gives 6.2355;
+    // f = 3.7 / 6 mixes them to 5.7755, shown as 5.8.
+    ASSERT_TRUE(centre.HandleDataLine(
+        "52.5,-4.25,6.5,1.5708,1.5708,0,10,0.7854,0.5236,2.3562,5,7,4,1.5708,6.2,,,,,,,,\r\n"));
+    EXPECT_EQ(centre.Fields()[7].Shown, "  45 C:  45");
+    EXPECT_EQ(centre.Fields()[14].Shown, " 6.2 T: 5.8");
 }
 
 TEST(Close, OkEndsTheRunCancelKeepsIt) {

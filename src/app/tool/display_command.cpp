@@ -15,6 +15,10 @@
 #include "display/display_computation.h"
 #include "display/performance_lookup.h"
 #include "livedata/field_table.h"
+#include "performance/polar_file_reader.h"
+#include "performance/table_defaults.h"
+#include "performance/table_lookup.h"
+#include "shell/file_system.h"
 
 namespace wakeline::tool {
 namespace {
@@ -52,12 +56,30 @@ struct Options {
 
 // The performance tables of a polar file, for --polar, or the reason they cannot be had.
 struct LoadedPerformance {
-    std::unique_ptr<PerformanceLookup> lookup;
+    std::unique_ptr<PerformanceTables> tables;
+    std::unique_ptr<TableLookup> lookup;
     std::string error;
 };
 
+// Reads the polar file as start-up does: the correction defaults first, then the file; the
+// tables are in use when the file names a current sail. What the reader reports goes to
+// standard error, as the window would show it.
 LoadedPerformance LoadPerformance(const std::string& path) {
-    return {nullptr, "--polar " + path + ": polar tables are not available yet"};
+    LoadedPerformance loaded;
+    loaded.tables = std::make_unique<PerformanceTables>();
+    loaded.tables->Correction = DefaultCorrectionTable();
+    StdFileSystem files;
+    const PolarReadReport report = ReadPolarFile(files, path, *loaded.tables);
+    for (const std::string& message : report.messages) {
+        std::fprintf(stderr, "wakeline-tool display: %s\n", message.c_str());
+    }
+    if (!report.fileOpened) {
+        loaded.error = "--polar " + path + ": the file cannot be read";
+        return loaded;
+    }
+    loaded.lookup = std::make_unique<TableLookup>(*loaded.tables);
+    loaded.lookup->SetPolarTablesOn(loaded.tables->Polars.Current >= 0);
+    return loaded;
 }
 
 void PrintJson(const nlohmann::ordered_json& object) {
@@ -97,15 +119,14 @@ int RunDisplay(const Arguments& args) {
     InitFieldTable(table);
     DisplayComputation display(table);
     display.SetFeetOption(options.feet);
-    std::unique_ptr<PerformanceLookup> performance;
+    LoadedPerformance performance;
     if (options.polarPath) {
-        LoadedPerformance loaded = LoadPerformance(*options.polarPath);
-        if (!loaded.lookup) {
-            std::fprintf(stderr, "wakeline-tool display: %s\n", loaded.error.c_str());
-            return 2;
+        performance = LoadPerformance(*options.polarPath);
+        if (!performance.lookup) {
+            std::fprintf(stderr, "wakeline-tool display: %s\n", performance.error.c_str());
+            return 1;
         }
-        performance = std::move(loaded.lookup);
-        display.SetPerformance(performance.get());
+        display.SetPerformance(performance.lookup.get());
     }
 
     bool failed = false;
