@@ -72,6 +72,7 @@ struct HeadlessRun::Parts {
     std::unique_ptr<TcpLink> link;
     std::unique_ptr<ReplaySource> replay;
     bool drawOnTerminal = false;
+    std::string loggedStatus;
     bool closing = false;
 };
 
@@ -130,15 +131,29 @@ int HeadlessRun::Start() {
     } else if (centre.State().DdeMode) {
         parts_->link = std::make_unique<TcpLink>(*endpoint, this);
         TcpLink* link = parts_->link.get();
-        connect(link, &TcpLink::connected, this, [this] { parts_->centre.OnLinkConnected(); });
+        connect(link, &TcpLink::connected, this, [this] {
+            parts_->centre.OnLinkConnected();
+            parts_->centre.Log().DebugWriteLine("Link to the chart plotter up: " + options_.link);
+        });
         connect(link, &TcpLink::connectFailed, this, [this] {
-            if (parts_->centre.OnLinkConnectFailed()) {
+            const bool closeRun = parts_->centre.OnLinkConnectFailed();
+            // Without a window the status text goes to the log, once per change: a plotter
+            // that stays away would otherwise add a line ten times a second.
+            if (parts_->centre.LinkStatus().text != parts_->loggedStatus) {
+                parts_->loggedStatus = parts_->centre.LinkStatus().text;
+                parts_->centre.Log().DebugWriteLine("Link status: " + parts_->loggedStatus);
+            }
+            if (closeRun) {
                 // The chart plotter was closed after data: the voyage is over.
                 CloseRun();
             }
             Draw();
         });
-        connect(link, &TcpLink::closed, this, [this] { parts_->centre.OnLinkClosed(); });
+        connect(link, &TcpLink::closed, this, [this] {
+            parts_->centre.OnLinkClosed();
+            parts_->loggedStatus.clear();
+            parts_->centre.Log().DebugWriteLine("Link to the chart plotter closed");
+        });
         connect(link, &TcpLink::lineReceived, this,
                 [this](const QByteArray& line) { OnDataLine(line, false); });
         connect(link, &TcpLink::lineDropped, this,
