@@ -21,7 +21,7 @@ double LeadingNumber(std::string_view text);
 bool IsDecimalNumber(std::string_view text);
 
 // Rounds to the nearest whole number, halves to even (0.5 -> 0, 1.5 -> 2, -2.5 -> -2), the
-// integer conversion of the original program.
+// whole-number conversion of settings and command lines.
 double RoundHalfEven(double value);
 
 // The whole-number value of a text for a 16-bit field: LeadingNumber rounded halves to even.
