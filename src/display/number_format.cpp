@@ -40,8 +40,16 @@ MaskShape ParseMask(std::string_view mask) {
 
 constexpr std::array<double, 9> kPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
 
-// The decimal digits of magnitude * 10^decimals rounded half away from zero, without sign.
-std::string ScaledDigits(double magnitude, int decimals) {
+// Decimal digits without sign or point, most significant first. Large enough for the
+// largest double (309 integer digits) and the 30 decimals a mask may ask for, plus a carry.
+struct Digits {
+    std::array<char, 352> text;
+    std::size_t size = 0;
+    char operator[](std::size_t i) const { return text[i]; }
+};
+
+// The decimal digits of magnitude * 10^decimals rounded half away from zero.
+void ScaledDigits(double magnitude, int decimals, Digits& out) {
     // A 32-bit float has 24 significant bits and 10^8 fits in 27, so for such values the
     // product is exact in a double and std::round (halves away from zero) is exact too.
     // (Converting a double beyond the float range to float is undefined, hence the first test.)
@@ -50,27 +58,30 @@ std::string ScaledDigits(double magnitude, int decimals) {
         const double rounded = std::round(magnitude * kPowersOfTen[decimals]);
         if (rounded < 1.8e19) {
             auto whole = static_cast<std::uint64_t>(rounded);
-            char buffer[24];
-            int n = 0;
+            char reversed[24];
+            std::size_t n = 0;
             do {
-                buffer[n++] = static_cast<char>('0' + whole % 10);
+                reversed[n++] = static_cast<char>('0' + whole % 10);
                 whole /= 10;
             } while (whole != 0);
-            std::string digits(static_cast<std::size_t>(n), '0');
-            for (int k = 0; k < n; ++k) {
-                digits[static_cast<std::size_t>(k)] = buffer[n - 1 - k];
+            for (std::size_t k = 0; k < n; ++k) {
+                out.text[k] = reversed[n - 1 - k];
             }
-            return digits;
+            out.size = n;
+            return;
         }
-        char buffer[64];  // the largest float times 10^8 has 47 digits
-        const auto written =
-            std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed, 0);
-        return std::string(buffer, written.ptr);  // an exact integer value
+        // The largest float times 10^8 has 47 digits; the value is an exact integer.
+        const auto written = std::to_chars(out.text.data(), out.text.data() + out.text.size(),
+                                           rounded, std::chars_format::fixed, 0);
+        out.size = static_cast<std::size_t>(written.ptr - out.text.data());
+        return;
     }
     // Any other double: its exact decimal expansion has no more fractional digits than the
     // binary exponent of its last bit. Below 2^-40 nothing reaches the digits that are kept.
     if (magnitude < 0x1p-40 && decimals <= 10) {
-        return "0";
+        out.text[0] = '0';
+        out.size = 1;
+        return;
     }
     // to_chars, unlike printf, ignores the C locale, which a Qt program sets from the user's
     // environment: with a decimal comma printf would write no "." for the search below.
@@ -79,20 +90,23 @@ std::string ScaledDigits(double magnitude, int decimals) {
         std::to_chars(buffer, buffer + sizeof buffer, magnitude, std::chars_format::fixed, 100);
     const std::string_view text(buffer, static_cast<std::size_t>(written.ptr - buffer));
     const std::size_t point = text.find('.');
-    std::string digits(text.substr(0, point));
-    digits += text.substr(point + 1, static_cast<std::size_t>(decimals));
-    if (text[point + 1 + static_cast<std::size_t>(decimals)] >= '5') {
-        int k = static_cast<int>(digits.size()) - 1;
-        while (k >= 0 && digits[static_cast<std::size_t>(k)] == '9') {
-            digits[static_cast<std::size_t>(k--)] = '0';
-        }
-        if (k < 0) {
-            digits.insert(digits.begin(), '1');
-        } else {
-            ++digits[static_cast<std::size_t>(k)];
-        }
+    // One place ahead for a carry out of the top digit.
+    std::size_t n = 1;
+    out.text[0] = '0';
+    for (std::size_t k = 0; k < point; ++k) {
+        out.text[n++] = text[k];
     }
-    return digits;
+    for (std::size_t k = 0; k < static_cast<std::size_t>(decimals); ++k) {
+        out.text[n++] = text[point + 1 + k];
+    }
+    if (text[point + 1 + static_cast<std::size_t>(decimals)] >= '5') {
+        std::size_t k = n - 1;
+        while (out.text[k] == '9') {
+            out.text[k--] = '0';
+        }
+        ++out.text[k];
+    }
+    out.size = n;
 }
 
 }  // namespace
@@ -105,34 +119,44 @@ std::string FormatMask(double value, std::string_view mask) {
         return value < 0 ? "-inf" : "inf";
     }
     const MaskShape shape = ParseMask(mask);
-    std::string digits = ScaledDigits(std::fabs(value), shape.decimals);
-    if (digits.size() < static_cast<std::size_t>(shape.decimals) + 1) {
-        digits.insert(0, static_cast<std::size_t>(shape.decimals) + 1 - digits.size(), '0');
-    }
-    const std::size_t integerLength = digits.size() - static_cast<std::size_t>(shape.decimals);
+    const auto decimals = static_cast<std::size_t>(shape.decimals);
+    Digits digits;
+    ScaledDigits(std::fabs(value), shape.decimals, digits);
+    // At least one integer digit, so that the point has something before it to count from.
+    std::size_t integerLength = digits.size > decimals ? digits.size - decimals : 0;
     std::size_t firstSignificant = 0;
     while (firstSignificant < integerLength && digits[firstSignificant] == '0') {
         ++firstSignificant;
     }
+    const std::size_t significant = integerLength - firstSignificant;
+    const std::size_t fractionStart = integerLength;
+    // Missing leading fraction digits (a value below 10^-decimals of its last digit) are 0.
+    const std::size_t fractionDigits = digits.size - fractionStart;
+    const std::size_t leadingFractionZeros = decimals - fractionDigits;
+    auto fractionDigit = [&](std::size_t k) {
+        return k < leadingFractionZeros ? '0' : digits[fractionStart + k - leadingFractionZeros];
+    };
+
     std::string result;
-    result.reserve(digits.size() + 4);
+    result.reserve(significant + decimals + 8);
     if (value < 0) {
         result.push_back('-');
     }
-    const std::size_t significant = integerLength - firstSignificant;
     const auto zeros = static_cast<std::size_t>(shape.integerZeros);
     if (significant < zeros) {
         result.append(zeros - significant, '0');
     }
-    result.append(digits, firstSignificant, significant);
+    result.append(digits.text.data() + firstSignificant, significant);
     if (shape.hasPoint) {
-        std::size_t shown = static_cast<std::size_t>(shape.decimals);
+        std::size_t shown = decimals;
         while (shown > static_cast<std::size_t>(shape.requiredDecimals) &&
-               digits[integerLength + shown - 1] == '0') {
+               fractionDigit(shown - 1) == '0') {
             --shown;
         }
         result.push_back('.');
-        result.append(digits, integerLength, shown);
+        for (std::size_t k = 0; k < shown; ++k) {
+            result.push_back(fractionDigit(k));
+        }
     }
     return result;
 }
