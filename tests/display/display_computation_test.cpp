@@ -109,7 +109,6 @@ TEST_F(DisplayComputationTest, EdgeValuesOfSingleFields) {
         {"3.14159 rad is 179.9998 as COG", 3, "3.14159", " 180     "},
         {"3.14159 as TWA stays 180", 7, "3.14159", " 180"},
         {"AWA 4.7124 is 270.001, folded", 8, "4.7124", " -90"},
-        {"TWS 5 m/s is 9.72 kn", 10, "5", " 9.7"},
         {"a speed that is not a number reads 0", 2, "abc", " 0.0  "},
         {"an angle that is not a number is shown as received", 13, "n/a", "n/a     "},
         {"only the leading number counts", 12, "3.25kn", " 3.3   "},
