@@ -50,7 +50,6 @@ TEST_F(ChartPlotterLinkTest, NewLinesAreHandledOnceAndRepeatsOnlyStamped) {
     EXPECT_TRUE(got.newLine);
     EXPECT_EQ(got.statusText, "15-11-2026 23:42:16 (CZ)");
     EXPECT_TRUE(got.layOutAgain);
-    EXPECT_EQ(link.StatusLabelHeight(), 255);
 
     got = link.OnNotification("52.5,4.9", kNow + kSecond, true, *this);
     EXPECT_FALSE(got.newLine);
