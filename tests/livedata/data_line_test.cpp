@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "livedata/field_table.h"
 
 namespace wakeline {
@@ -27,11 +29,10 @@ TEST(DataLine, SplitTakesPiecesUpToTheTwentyThird) {
         table[21].Value = "old21";
         table[22].Value = "old22";
         const SplitOutcome outcome = SplitDataLine(row.line, table);
-        EXPECT_EQ(outcome.fieldsTaken, row.taken) << row.legend;
         EXPECT_EQ(outcome.Complete(), row.taken == 23) << row.legend;
-        EXPECT_EQ(table[0].Value, row.value0) << row.legend;
-        EXPECT_EQ(table[21].Value, row.value21) << row.legend;
-        EXPECT_EQ(table[22].Value, row.value22) << row.legend;
+        EXPECT_EQ(std::tie(outcome.fieldsTaken, table[0].Value, table[21].Value, table[22].Value),
+                  std::tie(row.taken, row.value0, row.value21, row.value22))
+            << row.legend;
     }
 }
 
