@@ -33,11 +33,8 @@ TEST(DetermineFiles, EverythingBesideTheProgram) {
     EXPECT_EQ(run.out.IniPath, "/opt/wl/SEACLEAR_2.INI");
     EXPECT_EQ(run.out.Ini.TrackTime, 30.0f);
     EXPECT_EQ(run.out.SeaClearDir, "/opt/wl");
-    const std::string stamp = testing::kLogStamp;
-    EXPECT_EQ(run.Log(), stamp + "DetermineFiles starts\r\n" + stamp +
-                             "DetermineFiles Inifile selected: /opt/wl/SEACLEAR_2.INI\r\n" + stamp +
-                             "DetermineFiles Trackfile selected: /opt/wl/traces\r\n" + stamp +
-                             "DetermineFiles SeaClear file: /opt/wl/SeaClear_2.exe\r\n");
+    EXPECT_EQ(run.out.TrackDir, "/opt/wl/traces");
+    EXPECT_EQ(run.out.SeaClearExe, "/opt/wl/SeaClear_2.exe");
 }
 
 TEST(DetermineFiles, NoSettingsFileEndsTheStart) {
