@@ -33,7 +33,6 @@ struct Row {
 TEST(TargetSpeed, AlongOneRow) {
     const PolarTable t = ThreeRowTable();
     const std::vector<Row> rows = {
-        {90, 1, 6.0f, "on a column"},
         {70, 1, 5.5f, "halfway between 50 and 90"},
         {45, 1, 4.5f, "halfway between TWA_min 40 and 50"},
         {40, 1, 4.0f, "at TWA_min: column 0"},
@@ -59,8 +58,6 @@ TEST(TargetSpeed, BetweenRows) {
     const std::vector<Row> rows = {
         {90, 12, 7.0f, "exactly a row's speed: that row alone"},
         {-90, 12, 7.0f, "either side"},
-        {30, 12, -2.0f, "row alone, below its TWA_min"},
-        {160, 12, -3.0f, "row alone, beyond the last column"},
         {90, 20, 7.6f, "top row: f = 1 on it"},
         {90, 5.9f, -1.0f, "below the first row"},
         {90, 20.1f, -1.0f, "above the last row"},

@@ -99,17 +99,10 @@ TEST(WindCorrection, ArithmeticFaultsGiveNoValue) {
 }
 
 TEST(WindCorrection, DampingFactorText) {
-    struct Row {
-        const char* text;
-        float expected;
-    };
-    for (const Row& row : std::vector<Row>{{"", 0.0f},
-                                           {"0.3", 0.3f},
-                                           {" .75", 0.75f},
-                                           {"1.5", 1.0f},
-                                           {"-0.2", 0.0f},
-                                           {"x", 0.0f}}) {
-        EXPECT_EQ(ParseDampingFactor(row.text), row.expected) << row.text;
+    const std::pair<const char*, float> rows[] = {
+        {"", 0.0f}, {" .75", 0.75f}, {"1.5", 1.0f}, {"-0.2", 0.0f}, {"x", 0.0f}};
+    for (const auto& [text, expected] : rows) {
+        EXPECT_EQ(ParseDampingFactor(text), expected) << text;
     }
 }
 

@@ -1,96 +1,67 @@
+#include "shell/diagnostic_log.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
-#include "shell/diagnostic_log.h"
-#include "support/fakes.h"
+#include "support/harness.h"
 
 namespace wakeline {
 namespace {
 
-class DiagnosticLogTest : public ::testing::Test {
-  protected:
-    const std::string path_ = "/state/WakelineDebug.txt";
-    testing::FakeClock system_;
-    ProgramClock clock_{system_};
-    testing::FakeFileSystem files_;
-    testing::RecordingDialogs dialogs_;
-    DiagnosticLog log_{clock_, files_, dialogs_, path_};
-};
+using testing::kLogStamp;
 
-TEST_F(DiagnosticLogTest, ModesOtherThanTheFileLeaveTheDiskAlone) {
+TEST(DiagnosticLog, OnlyTheFileModeTouchesTheDiskAndMessageBoxesSkipBlanks) {
+    testing::Harness h;
     for (std::int16_t mode : {0, 3, 4, -1}) {
-        log_.SetMode(mode);
-        log_.DebugWriteLine("Form_Load complete");
-        log_.DebugWriteLine("piece", 1);
+        h.log.SetMode(mode);
+        h.log.DebugWriteLine("Form_Load complete");
+        h.log.DebugWriteLine("piece", 1);
     }
-    EXPECT_TRUE(dialogs_.messages.empty());
-
-    // Message boxes skip blank texts and ignore the kind.
-    log_.SetMode(kDebugMessageBox);
-    log_.DebugWriteLine("");
-    log_.DebugWriteLine("    ");
-    log_.DebugWriteLine(" DetermineFiles starts ", 3);
-    EXPECT_EQ(dialogs_.messages, std::vector<std::string>{" DetermineFiles starts "});
-    EXPECT_EQ(files_.appendCalls, 0);
-    EXPECT_TRUE(files_.files.empty());
+    h.log.SetMode(kDebugMessageBox);
+    h.log.DebugWriteLine("    ");
+    h.log.DebugWriteLine(" DetermineFiles starts ", 3);  // the kind is ignored
+    EXPECT_EQ(h.dialogs.messages, std::vector<std::string>{" DetermineFiles starts "});
+    EXPECT_EQ(h.files.appendCalls, 0);
 }
 
-TEST_F(DiagnosticLogTest, FileModeAppendsOneStampedLinePerCall) {
-    log_.SetMode(kDebugLogFile);
-    system_.now = {2026, 11, 15, 23, 42, 16};
-    log_.DebugWriteLine("Form_Load complete");
-    log_.DebugWriteLine("  text kept as given ");
-    system_.now = {2026, 11, 16, 0, 0, 0};
-    log_.DebugWriteLine("after midnight");
-    EXPECT_EQ(files_.appendCalls, 3);
-    EXPECT_EQ(files_.files[path_],
-              "15-11-2026 23:42:16 Form_Load complete\r\n"
-              "15-11-2026 23:42:16   text kept as given \r\n"
-              "16-11-2026 00:00:00 after midnight\r\n");
+TEST(DiagnosticLog, FileModeAppendsStampedLinesBuiltFromPiecesByKind) {
+    testing::Harness h;
+    h.log.DebugWriteLine("  text kept as given ");
+    h.log.DebugWriteLine("Port", 1);   // stamp, blank, text
+    h.log.DebugWriteLine(" COM1", 3);  // text
+    h.log.DebugWriteLine(" open", 2);  // text, line end
+    h.log.DebugWriteLine("lost", 4);   // opens and closes, writes nothing
+    h.log.DebugWriteLine("", -1);
+    h.system.now = {2026, 11, 16, 0, 0, 0};
+    h.log.DebugWriteLine("after midnight");
+    EXPECT_EQ(h.files.appendCalls, 7);
+    EXPECT_EQ(h.Log(), std::string(kLogStamp) + "  text kept as given \r\n" + kLogStamp +
+                           "Port COM1 open\r\n16-11-2026 00:00:00 after midnight\r\n");
 }
 
-TEST_F(DiagnosticLogTest, KindsBuildOneLineFromPieces) {
-    log_.SetMode(kDebugLogFile);
-    log_.DebugWriteLine("Port", 1);   // stamp, blank, text
-    log_.DebugWriteLine(" COM1", 3);  // text
-    log_.DebugWriteLine(" open", 2);  // text, line end
-    log_.DebugWriteLine("lost", 4);   // opens and closes, writes nothing
-    log_.DebugWriteLine("", -1);
-    EXPECT_EQ(files_.appendCalls, 5);
-    EXPECT_EQ(files_.files[path_], "15-11-2026 23:42:16 Port COM1 open\r\n");
-}
-
-TEST_F(DiagnosticLogTest, ALineThatCannotBeWrittenIsDroppedAndCounted) {
-    log_.SetMode(kDebugLogFile);
-    files_.failWrites = true;
-    log_.DebugWriteLine("first");
-    log_.DebugWriteLine("second");
-    EXPECT_EQ(log_.DroppedLines(), 2u);
-    EXPECT_TRUE(files_.files.empty());
-    // The sailor is told once, not on every line.
-    ASSERT_EQ(dialogs_.messages.size(), 1u);
-    EXPECT_EQ(dialogs_.messages[0],
-              "Diagnostic log cannot be written, its lines are dropped: " + path_);
-
-    files_.failWrites = false;
-    log_.DebugWriteLine("third");
-    EXPECT_EQ(files_.files[path_], "15-11-2026 23:42:16 third\r\n");
-    EXPECT_EQ(log_.DroppedLines(), 2u);
+TEST(DiagnosticLog, ALineThatCannotBeWrittenIsDroppedCountedAndToldOnce) {
+    testing::Harness h;
+    h.files.failWrites = true;
+    h.log.DebugWriteLine("first");
+    h.log.DebugWriteLine("second");
+    EXPECT_EQ(h.log.DroppedLines(), 2u);
+    EXPECT_EQ(h.dialogs.messages,
+              std::vector<std::string>{"Diagnostic log cannot be written, its lines are dropped: " +
+                                       std::string(testing::kLogPath)});
+    h.files.failWrites = false;
+    h.log.DebugWriteLine("third");
+    EXPECT_EQ(h.Log(), std::string(kLogStamp) + "third\r\n");
 }
 
 TEST(LogCleanUp, IntegerDigitsCarryTwoImpliedDecimals) {
-    struct Row {
-        const char* text;
-        const char* result;
+    const std::pair<const char*, const char*> rows[] = {
+        {"", ""},          {"1234", ""},    {".5", ""},           {"5", "5.00"},   {"12", "1.20"},
+        {"123.4", "1.23"}, {"7.9", "7.00"}, {"12.345.6", "1.20"}, {"-5", "-0.50"}, {"a", "0.00"},
     };
-    const Row rows[] = {
-        {"", ""},       {"1234", ""},         {"1234.5", ""},  {"5", "5.00"}, {"12", "1.20"},
-        {"45", "4.50"}, {"123.4", "1.23"},    {"7.9", "7.00"}, {"0", "0.00"}, {"999", "9.99"},
-        {".5", ""},     {"12.345.6", "1.20"}, {"-5", "-0.50"}, {"a", "0.00"},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(LogCleanUp(row.text), row.result) << '"' << row.text << '"';
+    for (const auto& [text, result] : rows) {
+        EXPECT_EQ(LogCleanUp(text), result) << '"' << text << '"';
     }
 }
 

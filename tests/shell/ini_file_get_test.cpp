@@ -4,38 +4,28 @@
 #include <string>
 
 #include "shell/configuration.h"
-#include "support/fakes.h"
+#include "support/harness.h"
 
 namespace wakeline {
 namespace {
 
-class IniFileGetTest : public ::testing::Test {
-  protected:
-    IniFileGetTest() { log_.SetMode(kDebugLogFile); }
+constexpr const char* kIni = "/sc/SeaClear_2.ini";
 
+class IniFileGetTest : public ::testing::Test, protected testing::Harness {
+  protected:
     ChartPlotterSettings Read(const std::string& text, ChartPlotterSettings settings = {}) {
-        files_.files[kIni] = text;
-        IniFileGet(kIni, files_, log_, settings);
+        files.files[kIni] = text;
+        IniFileGet(kIni, files, log, settings);
         return settings;
     }
-    std::string LogText() { return files_.files[kLog]; }
-
-    static constexpr const char* kIni = "/sc/SeaClear_2.ini";
-    static constexpr const char* kLog = "/log.txt";
-    testing::FakeClock system_;
-    ProgramClock clock_{system_};
-    testing::FakeFileSystem files_;
-    testing::RecordingDialogs dialogs_;
-    DiagnosticLog log_{clock_, files_, dialogs_, kLog};
 };
 
-TEST_F(IniFileGetTest, DdeKeyIsMatchedLiterally) {
-    struct Row {
+TEST_F(IniFileGetTest, SectionAndKeyAreMatchedLiterally) {
+    const struct {
         const char* legend;
         const char* text;
         std::int16_t dde;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"plain", "[Program Setup]\r\nDDE=1\r\n", 1},
         {"spaces around = belong to the name", "[Program Setup]\r\nDDE = 1\r\n", 0},
         {"space after = is skipped in the value", "[Program Setup]\r\nDDE= 1\r\n", 1},
@@ -45,73 +35,50 @@ TEST_F(IniFileGetTest, DdeKeyIsMatchedLiterally) {
         {"no section", "DDE=1\r\n", 0},
         {"other section", "[Program Setup]\r\n[Other]\r\nDDE=1\r\n", 0},
         {"section again", "[Other]\r\nDDE=5\r\n[Program Setup]\r\nDDE=1\r\n", 1},
-        {"a comment line is no key", "[Program Setup]\r\n;DDE=1\r\n", 0},
         {"the last line wins", "[Program Setup]\r\nDDE=1\r\nDDE=0\r\n", 0},
-        {"halves round to even", "[Program Setup]\nDDE=2.5\n", 2},
-        {"negative", "[Program Setup]\nDDE=-3\n", -3},
-        {"no number", "[Program Setup]\nDDE=yes\n", 0},
-        {"CR ends lines too", "[Program Setup]\rDDE=1\r", 1},
         {"LF alone, no final end", "[Program Setup]\nDDE=1", 1},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         EXPECT_EQ(Read(row.text).Dde, row.dde) << row.legend;
     }
 }
 
 TEST_F(IniFileGetTest, ThresholdsAndDirectories) {
     const ChartPlotterSettings read = Read(
-        "[Program Setup]\r\n"
-        "Track Time=30=x\r\n"
-        "Track Distance=  12.5 m\r\n"
-        "Track CompDev=-7.25\r\n"
-        "Track Dir= /data/tracks =old\r\n"
-        "SeaClear Dir=/opt/sc\r\n");
+        "[Program Setup]\r\nTrack Time=30=x\r\nTrack Distance=  12.5 m\r\n"
+        "Track CompDev=-7.25\r\nTrack Dir= /data/tracks =old\r\nSeaClear Dir=/opt/sc\r\n");
     EXPECT_EQ(read.TrackTime, 30.0f) << "the value ends at the second =";
     EXPECT_EQ(read.TrackDistance, 12.5f);
     EXPECT_EQ(read.TrackCompDev, -7.25f);
     EXPECT_EQ(read.TrackDir, " /data/tracks ") << "directories keep their blanks";
     EXPECT_EQ(read.SeaClearDir, "/opt/sc");
 
-    ChartPlotterSettings before;
-    before.TrackTime = 5;
-    before.TrackDir = "/old";
     const ChartPlotterSettings emptied =
-        Read("[Program Setup]\r\nTrack Time=\r\nTrack Dir=\r\n", before);
+        Read("[Program Setup]\r\nTrack Time=\r\nTrack Dir=\r\n", {1, 5, 0, 0, "/old", ""});
     EXPECT_EQ(emptied.TrackTime, 0.0f);
     EXPECT_EQ(emptied.TrackDir, "");
 }
 
 TEST_F(IniFileGetTest, ValuesThatDoNotFitKeepTheOldOneAndAreLogged) {
-    ChartPlotterSettings before;
-    before.Dde = 1;
-    before.TrackTime = 30;
-    before.TrackDistance = 100;
-    const ChartPlotterSettings read = Read(
-        "[Program Setup]\r\n"
-        "DDE=40000\r\n"
-        "Track Time=1" +
-            std::string(39, '0') +
-            "\r\n"  // beyond a 32-bit float
-            "Track Distance=1" +
-            std::string(400, '0') + "\r\n",  // beyond a double
-        before);
+    // 40000 leaves 16 bits, 1e39 a 32-bit float, 1e400 a double.
+    const ChartPlotterSettings read =
+        Read("[Program Setup]\r\nDDE=40000\r\nTrack Time=1" + std::string(39, '0') +
+                 "\r\nTrack Distance=1" + std::string(400, '0') + "\r\n",
+             {1, 30, 100, 0, "", ""});
     EXPECT_EQ(read.Dde, 1);
     EXPECT_EQ(read.TrackTime, 30.0f);
     EXPECT_EQ(read.TrackDistance, 100.0f);
-    const std::string log = LogText();
-    EXPECT_NE(log.find("DDE"), std::string::npos) << log;
-    EXPECT_NE(log.find("Track Time"), std::string::npos) << log;
-    EXPECT_NE(log.find("Track Distance"), std::string::npos) << log;
+    for (const char* key : {"DDE", "Track Time", "Track Distance"}) {
+        EXPECT_NE(Log().find(key), std::string::npos) << key;
+    }
 }
 
 TEST_F(IniFileGetTest, AMissingFileChangesNothingAndIsLogged) {
-    ChartPlotterSettings settings;
-    settings.Dde = 1;
-    settings.TrackDir = "/t";
-    IniFileGet("/nowhere.ini", files_, log_, settings);
+    ChartPlotterSettings settings{1, 0, 0, 0, "/t", ""};
+    IniFileGet("/nowhere.ini", files, log, settings);
     EXPECT_EQ(settings.Dde, 1);
     EXPECT_EQ(settings.TrackDir, "/t");
-    EXPECT_NE(LogText().find("/nowhere.ini"), std::string::npos);
+    EXPECT_NE(Log().find("/nowhere.ini"), std::string::npos);
 }
 
 TEST_F(IniFileGetTest, GarbageAndHugeFilesAreReadToTheEnd) {

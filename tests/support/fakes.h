@@ -21,7 +21,10 @@ namespace wakeline::testing {
 class FakeClock : public Clock {
   public:
     CalendarFields UtcNow() const override { return now; }
-    CalendarDate LocalDateAt(DateTime utc) const override;
+    CalendarDate LocalDateAt(DateTime utc) const override {
+        const CalendarFields fields = FieldsFromDateTime(utc);
+        return localDate.value_or(CalendarDate{fields.year, fields.month, fields.day});
+    }
 
     CalendarFields now{2026, 11, 15, 23, 42, 16};
     std::optional<CalendarDate> localDate;
@@ -32,26 +35,55 @@ class FakeClock : public Clock {
 // `readOnlyPaths`, or any append or write while `failWrites` is set, fail and change nothing.
 class FakeFileSystem : public FileSystem {
   public:
-    bool FileExists(const std::string& path) const override;
-    bool DirectoryExists(const std::string& path) const override;
-    std::optional<std::string> ReadFile(const std::string& path) const override;
-    bool AppendToFile(const std::string& path, std::string_view bytes) override;
-    bool WriteFile(const std::string& path, std::string_view bytes) override;
+    bool FileExists(const std::string& path) const override { return files.count(path) > 0; }
+    bool DirectoryExists(const std::string& path) const override {
+        return directories.count(path) > 0;
+    }
+    std::optional<std::string> ReadFile(const std::string& path) const override {
+        const auto found = files.find(path);
+        return found == files.end() ? std::nullopt : std::optional(found->second);
+    }
+    bool AppendToFile(const std::string& path, std::string_view bytes) override {
+        ++appendCalls;
+        if (!Writable(path)) {
+            return false;
+        }
+        files[path].append(bytes);
+        return true;
+    }
+    bool WriteFile(const std::string& path, std::string_view bytes) override {
+        if (!Writable(path)) {
+            return false;
+        }
+        files[path] = std::string(bytes);
+        return true;
+    }
 
     std::map<std::string, std::string> files;
     std::set<std::string> directories;
     std::set<std::string> readOnlyPaths;
     bool failWrites = false;
     int appendCalls = 0;  // every call, failed or not
+
+  private:
+    bool Writable(const std::string& path) const {
+        return !failWrites && readOnlyPaths.count(path) == 0;
+    }
 };
 
 // Dialogs that record every text in the order shown and answer as the test says.
 class RecordingDialogs : public UserDialogs {
   public:
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
-    bool AskOkCancel(const std::string& text) override;
+    bool AskOkCancel(const std::string& text) override {
+        messages.push_back(text);
+        return okCancelAnswer;
+    }
     std::optional<std::string> AskText(const std::string& prompt,
-                                       const std::string& title) override;
+                                       const std::string& title) override {
+        prompts.push_back(title + ": " + prompt);
+        return textAnswer;
+    }
 
     std::vector<std::string> messages;  // ShowMessage and AskOkCancel texts
     std::vector<std::string> prompts;   // AskText prompts

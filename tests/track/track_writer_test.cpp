@@ -3,42 +3,35 @@
 #include <string>
 #include <vector>
 
-#include "shell/clock.h"
-#include "shell/diagnostic_log.h"
-#include "support/fakes.h"
+#include "support/harness.h"
 #include "track/track_writer.h"
 #include "wind/wind_file.h"
 
 namespace wakeline {
 namespace {
 
-constexpr const char* kDir = "/boat/track";
 constexpr const char* kDayFile = "/boat/track/20261115.TRT";
 constexpr const char* kHistoryFile = "/boat/track/wakeline_wc.bin";
-constexpr const char* kLogFile = "/log/WakelineDebug.txt";
 
 // A data line at the given position, with its own line end as the link delivers it.
 std::string Line(const std::string& lat = "52.5", const std::string& lon = "-4.25") {
     return lat + "," + lon + ",6.2,0.5,3.1,12.5\r\n";
 }
 
-class TrackWriterTest : public ::testing::Test {
+class TrackWriterTest : public ::testing::Test, protected testing::Harness {
   protected:
-    TrackWriterTest() : log_(clock_, files_, dialogs_, kLogFile) {
-        log_.SetMode(kDebugLogFile);
-        settings_.TrackDir = kDir;
-    }
+    TrackWriterTest() { settings.TrackDir = "/boat/track"; }
 
     TrackWriter& Writer() {
-        if (!writer_) {
-            writer_.emplace(settings_, clock_, files_, log_, dialogs_, history_, samples_);
+        if (!writer) {
+            writer.emplace(settings, clock, files, log, dialogs, history, samples);
         }
-        return *writer_;
+        return *writer;
     }
     // 2026-11-15 12:00:00 UTC plus whole seconds.
     void SetTime(int seconds) {
-        clock_.SetReplayTime(DateTimeFromFields({2026, 11, 15, 12, 0, 0}) +
-                             seconds / kSecondsPerDay);
+        clock.SetReplayTime(DateTimeFromFields({2026, 11, 15, 12, 0, 0}) +
+                            seconds / kSecondsPerDay);
     }
     void Data(int seconds, const std::string& line = Line(), const std::string& cog = " 123") {
         SetTime(seconds);
@@ -48,45 +41,39 @@ class TrackWriterTest : public ::testing::Test {
         SetTime(seconds);
         Writer().TraceWriteLine(text, true);
     }
-    std::string Log() { return files_.files[kLogFile]; }
 
-    testing::FakeClock system_;
-    ProgramClock clock_{system_};
-    testing::FakeFileSystem files_;
-    testing::RecordingDialogs dialogs_;
-    DiagnosticLog log_;
-    TrackSettings settings_;
-    WindData history_;
-    WindData samples_;
-    std::optional<TrackWriter> writer_;
+    TrackSettings settings;
+    WindData history;
+    WindData samples;
+    std::optional<TrackWriter> writer;
 };
 
 TEST_F(TrackWriterTest, TrackTimeRecordsEveryTenSecondsWithTheWindOfEach) {
-    settings_.TrackTime = 10;
+    settings.TrackTime = 10;
     Writer().SetHistoryLoaded();
     int redraws = 0;
     Writer().SetGraphRedraw([&] { ++redraws; });
     for (int s = 0; s <= 25; ++s) {
-        AddWindObservation(samples_, 10.0f, 90.0f, clock_.NowUtc(), 1);
+        AddWindObservation(samples, 10.0f, 90.0f, clock.NowUtc(), 1);
         Data(s);
     }
     // The first record flushes at once: the last write time is still zero.
-    EXPECT_EQ(files_.files[kDayFile], "20261115 12:00:00 CZ," + Line());
+    EXPECT_EQ(files.files[kDayFile], "20261115 12:00:00 CZ," + Line());
     EXPECT_EQ(Writer().PendingCount(), 2u);
     Note(26, "normal closedown");  // notes are off: flushes only
-    EXPECT_EQ(files_.files[kDayFile], "20261115 12:00:00 CZ," + Line() + "20261115 12:00:10 CZ," +
-                                          Line() + "20261115 12:00:20 CZ," + Line());
+    EXPECT_EQ(files.files[kDayFile], "20261115 12:00:00 CZ," + Line() + "20261115 12:00:10 CZ," +
+                                         Line() + "20261115 12:00:20 CZ," + Line());
     EXPECT_EQ(Writer().PendingCount(), 0u);
 
-    ASSERT_EQ(history_.Count, 3);
-    EXPECT_EQ(history_.Obs[0].Samples, 1);
-    EXPECT_EQ(history_.Obs[1].Samples, 10);  // the samples of seconds 1 to 10
-    EXPECT_EQ(history_.Obs[2].Samples, 10);
-    EXPECT_EQ(samples_.Count, 5);  // seconds 21 to 25, waiting for the next record
+    ASSERT_EQ(history.Count, 3);
+    EXPECT_EQ(history.Obs[0].Samples, 1);
+    EXPECT_EQ(history.Obs[1].Samples, 10);  // the samples of seconds 1 to 10
+    EXPECT_EQ(history.Obs[2].Samples, 10);
+    EXPECT_EQ(samples.Count, 5);  // seconds 21 to 25, waiting for the next record
     EXPECT_EQ(redraws, 3);
-    const WindDecode saved = DecodeWindData(files_.files[kHistoryFile]);
+    const WindDecode saved = DecodeWindData(files.files[kHistoryFile]);
     EXPECT_EQ(saved.data.Count, 3);
-    EXPECT_EQ(saved.data.Obs[2].Time, history_.Obs[2].Time);
+    EXPECT_EQ(saved.data.Obs[2].Time, history.Obs[2].Time);
 }
 
 TEST_F(TrackWriterTest, EachThresholdIsMetFromItsValueOn) {
@@ -99,8 +86,8 @@ TEST_F(TrackWriterTest, EachThresholdIsMetFromItsValueOn) {
         std::string cog;
         bool recorded;
     };
-    settings_.TrackCompDev = 20;
-    settings_.TrackDistance = 100;
+    settings.TrackCompDev = 20;
+    settings.TrackDistance = 100;
     const Row rows[] = {
         {"first line: everything differs from zero", 0, "52.5", " 350", true},
         {"turn 5, no move", 1, "52.5", " 355", false},
@@ -112,14 +99,14 @@ TEST_F(TrackWriterTest, EachThresholdIsMetFromItsValueOn) {
         {"hours later, Track Time off", 9000, "52.501", "  30", false},
     };
     for (const Row& row : rows) {
-        const std::int16_t before = history_.Count;
+        const std::int16_t before = history.Count;
         Data(row.seconds, Line(row.lat), row.cog);
-        EXPECT_EQ(history_.Count > before, row.recorded) << row.legend;
+        EXPECT_EQ(history.Count > before, row.recorded) << row.legend;
     }
 }
 
 TEST_F(TrackWriterTest, PositionIsWholeThousandthsOfAMinuteHalvesToEven) {
-    settings_.TrackTime = 1;
+    settings.TrackTime = 1;
     struct Row {
         const char* legend;
         std::string line;
@@ -148,24 +135,24 @@ TEST_F(TrackWriterTest, NotesAndTheirLogDataSwitch) {
     Note(0, "start");  // notes off: an empty append that creates the day file
     Data(1);
     Note(2, "dropped");
-    EXPECT_EQ(files_.files[kDayFile], "");
+    EXPECT_EQ(files.files[kDayFile], "");
     Writer().Settings().SetLogData = true;
     Note(3, "");  // never written
     Note(101, "reefed");
-    EXPECT_EQ(files_.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n");
-    EXPECT_EQ(history_.Count, 0);
+    EXPECT_EQ(files.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n");
+    EXPECT_EQ(history.Count, 0);
 
     // A note flushes the pending records and follows them.
     Writer().Settings().TrackTime = 1;
     Data(102);
     Note(103, "tacked");
-    EXPECT_EQ(files_.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n20261115 12:01:42 CZ," +
-                                          Line() + "/* 20261115 12:01:43 CZ - tacked\r\n");
+    EXPECT_EQ(files.files[kDayFile], "/* 20261115 12:01:41 CZ - reefed\r\n20261115 12:01:42 CZ," +
+                                         Line() + "/* 20261115 12:01:43 CZ - tacked\r\n");
 }
 
 TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
-    settings_.TrackTime = 1;
-    settings_.DiskWriteInterval = 600;
+    settings.TrackTime = 1;
+    settings.DiskWriteInterval = 600;
     Note(0, "start");
     for (int s = 1; s <= 59; ++s) {
         Data(s);
@@ -173,7 +160,7 @@ TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
     EXPECT_EQ(Writer().PendingCount(), 59u);
     Data(60);
     EXPECT_EQ(Writer().PendingCount(), 0u);
-    EXPECT_EQ(files_.files[kDayFile].substr(0, 21), "20261115 12:00:01 CZ,");
+    EXPECT_EQ(files.files[kDayFile].substr(0, 21), "20261115 12:00:01 CZ,");
     Data(660);  // exactly the interval after the flush at 60: still pending
     EXPECT_EQ(Writer().PendingCount(), 1u);
     Data(661);
@@ -181,84 +168,84 @@ TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
 }
 
 TEST_F(TrackWriterTest, FilesAreNamedByTheLocalDateStampsCarryTheDataTime) {
-    settings_.TrackTime = 1;
+    settings.TrackTime = 1;
     DateTime busTime = 0.0;
     Writer().SetSeaTalkTime([&] { return busTime; });
     Note(0, "start");
     Data(1);  // no bus time yet: the program clock
     busTime = DateTimeFromFields({2026, 11, 15, 12, 5, 0});
     Data(2);
-    system_.localDate = CalendarDate{2026, 11, 16};  // the laptop's zone is past midnight
+    system.localDate = CalendarDate{2026, 11, 16};  // the laptop's zone is past midnight
     Note(3, "flush");
-    EXPECT_EQ(files_.files["/boat/track/20261116.TRT"],
+    EXPECT_EQ(files.files["/boat/track/20261116.TRT"],
               "20261115 12:00:01 CZ," + Line() + "20261115 12:05:00 CZ," + Line());
 }
 
 TEST_F(TrackWriterTest, WhatAFlushWritesBesideTheTrack) {
     // The history waits until start-up has loaded it.
-    files_.files[kHistoryFile] = "the saved history";
-    settings_.TrackTime = 1;
-    settings_.TraceOn = false;
+    files.files[kHistoryFile] = "the saved history";
+    settings.TrackTime = 1;
+    settings.TraceOn = false;
     Data(0);
-    EXPECT_EQ(files_.files[kHistoryFile], "the saved history");
+    EXPECT_EQ(files.files[kHistoryFile], "the saved history");
     // Without trace the records are discarded, but the history is saved.
     Writer().SetHistoryLoaded();
     Note(1, "flush");
-    EXPECT_EQ(files_.files.count(kDayFile), 0u);
+    EXPECT_EQ(files.files.count(kDayFile), 0u);
     EXPECT_EQ(Writer().PendingCount(), 0u);
-    EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 1);
+    EXPECT_EQ(DecodeWindData(files.files[kHistoryFile]).data.Count, 1);
     // Without a track directory nothing at all is written.
-    files_.files.clear();
+    files.files.clear();
     Writer().Settings().TrackDir = "";
     Writer().Settings().TraceOn = true;
     Note(2, "flush");
-    EXPECT_EQ(files_.files.size(), 0u);
+    EXPECT_EQ(files.files.size(), 0u);
 }
 
 TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
-    settings_.TrackTime = 1;
+    settings.TrackTime = 1;
     Writer().SetHistoryLoaded();
     Note(0, "start");
-    files_.readOnlyPaths.insert(kDayFile);
+    files.readOnlyPaths.insert(kDayFile);
     Data(1);
     Note(2, "flush fails");
     Data(3);
     Note(4, "flush fails again");
-    EXPECT_EQ(dialogs_.messages.size(), 1u) << "shown once, not on every retry";
+    EXPECT_EQ(dialogs.messages.size(), 1u) << "shown once, not on every retry";
     EXPECT_NE(Log().find("could not append 2 records"), std::string::npos);
-    EXPECT_EQ(DecodeWindData(files_.files[kHistoryFile]).data.Count, 2) << "saved all the same";
+    EXPECT_EQ(DecodeWindData(files.files[kHistoryFile]).data.Count, 2) << "saved all the same";
 
     // Kept records do not count towards the 60: the next retry is after 60 new ones.
     for (int s = 5; s < 63; ++s) {
         Data(s);
     }
-    files_.readOnlyPaths.clear();
+    files.readOnlyPaths.clear();
     Data(63);
     EXPECT_EQ(Writer().PendingCount(), 61u) << "59 new records: no retry yet";
     Data(64);
     EXPECT_EQ(Writer().PendingCount(), 0u);
     const std::string first = "20261115 12:00:01 CZ," + Line() + "20261115 12:00:03 CZ," + Line();
-    EXPECT_EQ(files_.files[kDayFile].substr(0, first.size()), first);
-    EXPECT_EQ(files_.files[kDayFile].size(), 31 * first.size());
+    EXPECT_EQ(files.files[kDayFile].substr(0, first.size()), first);
+    EXPECT_EQ(files.files[kDayFile].size(), 31 * first.size());
 
-    files_.readOnlyPaths.insert(kDayFile);
+    files.readOnlyPaths.insert(kDayFile);
     Note(65, "a new failure spell is shown again");
-    EXPECT_EQ(dialogs_.messages.size(), 2u);
+    EXPECT_EQ(dialogs.messages.size(), 2u);
 }
 
 TEST_F(TrackWriterTest, TheKeptTextIsBounded) {
-    settings_.TrackTime = 1;
+    settings.TrackTime = 1;
     Note(0, "start");
-    files_.readOnlyPaths.insert(kDayFile);
+    files.readOnlyPaths.insert(kDayFile);
     const std::string big = Line() + std::string(1024 * 1024 - 100, ' ');
     for (int s = 1; s <= 17; ++s) {
         Data(s, big);  // 16 records of 21 + (1 MiB - 78) bytes fit in 16 MiB, the 17th not
     }
     Note(18, "");
     EXPECT_EQ(Writer().DroppedRecords(), 1u);
-    files_.readOnlyPaths.clear();
+    files.readOnlyPaths.clear();
     Note(19, "");
-    EXPECT_EQ(files_.files[kDayFile].size(), 16 * (21 + big.size()));
+    EXPECT_EQ(files.files[kDayFile].size(), 16 * (21 + big.size()));
     EXPECT_NE(Log().find("1 records dropped"), std::string::npos);
 }
 
