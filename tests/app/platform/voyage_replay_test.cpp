@@ -5,11 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <QDateTime>
 #include <QProcess>
+#include <QThread>
+#include <csignal>
+
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -193,6 +198,83 @@ TEST(VoyageReplay, TrackAndWindHistoryFollowTheRecordingRules) {
         EXPECT_TRUE(times.contains(stamp)) << stamp;
         EXPECT_TRUE(days.contains(name)) << name;
     }
+}
+
+TEST(VoyageReplay, BadLinesAreDroppedOrRefusedAndTheReplayGoesOn) {
+    const std::string line =
+        ",7.6,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
+        ",,,,,,,";
+    const std::string first = "20260601 10:00:00 CZ,54.1" + line + "\r\n";
+    const std::string eightBit = "20260601 10:00:10 CZ,54.2" + line + "Cap Fr\xe9hel \xff\x80\r\n";
+    const std::string last = "20260601 10:00:20 CZ,54.3" + line + "\n";
+    std::string replay = first;
+    replay += "garbage without any commas\n";
+    replay += std::string("54.1\0,7.6,\0\0\0\n", 14);  // NUL bytes in a short line
+    replay += eightBit;
+    replay += std::string(1024 * 1024, 'y') + "\r";  // a megabyte ended by a lone CR
+    replay += "/* 20260601 10:00:15 CZ - a note is not data\r\n";
+    replay += last;
+    replay += std::string(1024 * 1024, 'z');  // a megabyte and no end at all
+
+    Boat boat({"DDE=1", "Track Time=10", "Track Distance=0", "Track CompDev=0"});
+    const QString path = boat.TracesPath() + "/../bad.txt";
+    std::ofstream(path.toStdString(), std::ios::binary) << replay;
+    QProcess process;
+    boat.Start(process, {"--replay", path});
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(process.readAllStandardError().contains("ending trace function [OK]"));
+
+    // The stamped lines are records (the one read with LF gets the link's CR LF); the lines
+    // that are no data lines were shown as failures and not recorded; the note line of the
+    // replay is skipped; the clock kept the last stamp for the close.
+    EXPECT_EQ(boat.Traces()["20260601.TRT"], first + eightBit + "20260601 10:00:20 CZ,54.3" + line +
+                                                 "\r\n" +
+                                                 "/* 20260601 10:00:20 CZ - normal closedown\r\n");
+    const std::string log = ReadFileBytes(boat.LogPath());
+    std::size_t dropped = 0;
+    for (std::size_t at = log.find("Replay line too long, dropped"); at != std::string::npos;
+         at = log.find("Replay line too long, dropped", at + 1)) {
+        ++dropped;
+    }
+    EXPECT_EQ(dropped, 2u);
+}
+
+TEST(VoyageReplay, CtrlCOnTheDemoPipelineClosesTheRunWithItsTrack) {
+    // The demo's pipeline in a process group of its own; Ctrl-C is SIGINT to the whole group.
+    Boat boat({"DDE=1", "Track Time=0", "Track Distance=1", "Track CompDev=0"});
+    QProcess process;
+    process.setChildProcessModifier([] { ::setpgid(0, 0); });
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("XDG_CONFIG_HOME", boat.TracesPath() + "/../config");
+    env.insert("XDG_STATE_HOME", boat.TracesPath() + "/../state");
+    process.setProcessEnvironment(env);
+    process.start(
+        "bash",
+        {"-c", QString("'%1' simulate --interval 0.01 | '%2' --headless --replay - "
+                       "--log '%3' '%4,,,F'")
+                   .arg(WAKELINE_TOOL_BINARY, WAKELINE_BINARY, boat.LogPath(), boat.IniPath())});
+    ASSERT_TRUE(process.waitForStarted(10000));
+    // Bounded: some lines through, at most ten seconds.
+    for (int i = 0; i < 200 && ReadFileBytes(boat.LogPath()).find("lblDDE_LinkNotify 54.0") ==
+                                   std::string::npos;
+         ++i) {
+        QThread::msleep(50);
+    }
+    ::kill(-static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished(10000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(process.readAllStandardError().contains("ending trace function [OK]"));
+
+    std::string track;
+    for (const auto& [name, bytes] : boat.Traces()) {
+        if (name.ends_with(".TRT")) {
+            track += bytes;
+        }
+    }
+    EXPECT_NE(track.find(" CZ,54.0"), std::string::npos);
+    EXPECT_TRUE(track.ends_with(" CZ - normal closedown\r\n")) << track;
 }
 
 }  // namespace
