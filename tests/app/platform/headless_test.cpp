@@ -52,7 +52,8 @@ TEST(Headless, TerminationClosesWithOkAndTheLogTellsEveryStep) {
     process.start(WAKELINE_BINARY, {"--headless", "--log", log, ini + ",,,F"});
     ASSERT_TRUE(process.waitForStarted(10000));
     // Wait until start-up has finished before asking the run to end.
-    for (int i = 0; i < 100 && ReadAll(log).find("Form_Load complete") == std::string::npos; ++i) {
+    for (int i = 0; i < 100 && ReadAll(log).find("Form_Load complete") == std::string::npos;
+         ++i) {
         QThread::msleep(50);
     }
     ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
