@@ -1,0 +1,231 @@
+// The real `wakeline --headless` on the chart-plotter link, with a stand-in chart plotter served
+// from this test on the loopback interface: lines arrive, the plotter goes away and comes back,
+// and bad input and floods meet a program that must keep its track.
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QHostAddress>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+#include <csignal>
+#include <iostream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "app/platform/boat_run.h"
+#include "livedata/platform/event_loop_wait.h"
+
+namespace wakeline::testing {
+namespace {
+
+// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart), without line end.
+std::string DataLine(int index, const std::string& name = "") {
+    std::string fraction = std::to_string(index % 10000);
+    fraction.insert(0, 4 - fraction.size(), '0');
+    return std::to_string(55 + index / 10000) + "." + fraction +
+           ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
+           ",,,,,,," +
+           name;
+}
+
+// The stand-in chart plotter: a loopback server handing out one connection at a time.
+class ChartPlotter {
+  public:
+    bool Listen(quint16 port = 0) { return server_.listen(QHostAddress::LocalHost, port); }
+    quint16 Port() const { return server_.serverPort(); }
+
+    // Waits for the program to connect; null when it did not within `ms`.
+    QTcpSocket* Accept(int ms = 10000) {
+        if (!WaitUntil([&] { return server_.hasPendingConnections(); }, ms)) {
+            return nullptr;
+        }
+        return server_.nextPendingConnection();
+    }
+
+    static bool Send(QTcpSocket* peer, const std::string& bytes) {
+        peer->write(bytes.data(), qint64(bytes.size()));
+        return WaitUntil([&] { return peer->bytesToWrite() == 0; });
+    }
+
+    // The chart plotter is closed: no one listens any more, and the link is closed.
+    void Quit(QTcpSocket* peer) {
+        server_.close();
+        peer->disconnectFromHost();
+    }
+
+  private:
+    QTcpServer server_;
+};
+
+// Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
+// `prefix`, in order, without the CR LF that the link adds.
+std::vector<std::string> HandledLines(const std::string& log, const std::string& prefix) {
+    std::vector<std::string> lines;
+    const std::string mark = "lblDDE_LinkNotify " + prefix;
+    for (std::size_t at = log.find(mark); at != std::string::npos; at = log.find(mark, at)) {
+        at += mark.size() - prefix.size();
+        lines.push_back(log.substr(at, log.find("\r\n", at) - at));
+    }
+    return lines;
+}
+
+// The track records of the traces directory whose data lines start with `prefix`, in file
+// order; each record's stamp is checked on the way.
+std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
+    static const std::regex stamp("^\\d{8} \\d{2}:\\d{2}:\\d{2} CZ,");
+    std::vector<std::string> lines;
+    for (const auto& [name, bytes] : boat.Traces()) {
+        if (!name.ends_with(".TRT")) {
+            continue;
+        }
+        for (std::size_t at = 0; at < bytes.size();) {
+            const std::size_t end = bytes.find("\r\n", at);
+            const std::string record = bytes.substr(at, end - at);
+            at = end == std::string::npos ? bytes.size() : end + 2;
+            if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
+                EXPECT_TRUE(std::regex_search(record, stamp)) << record;
+                lines.push_back(record.substr(21));
+            }
+        }
+    }
+    return lines;
+}
+
+bool Finished(QProcess& process, int ms = 10000) {
+    return WaitUntil([&] { return process.state() == QProcess::NotRunning; }, ms);
+}
+
+class LinkRun : public ::testing::Test {
+  protected:
+    void SetUp() override { EnsureCoreApplication(); }
+    // A record whenever the boat has moved a metre: every new line here is one.
+    Boat boat_{{"DDE=1", "Track Time=0", "Track Distance=1", "Track CompDev=0"}};
+};
+
+TEST_F(LinkRun, LinesAreRecordedAndThePlotterClosingEndsTheVoyage) {
+    ChartPlotter plotter;
+    ASSERT_TRUE(plotter.Listen());
+    QProcess process;
+    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.Port())});
+    QTcpSocket* peer = plotter.Accept();
+    ASSERT_NE(peer, nullptr);
+    // The second line repeats the first and is not handled; the last repeats the first but
+    // follows another line, so it is new again. A CR before the LF is dropped.
+    ASSERT_TRUE(ChartPlotter::Send(
+        peer, DataLine(0) + "\n" + DataLine(0) + "\r\n" + DataLine(1) + "\n" + DataLine(0) + "\n"));
+    ASSERT_TRUE(
+        WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 3; }));
+    plotter.Quit(peer);
+    ASSERT_TRUE(Finished(process));
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(process.readAllStandardError().contains("ending trace function [OK]"));
+
+    const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(0)};
+    EXPECT_EQ(HandledLines(ReadFileBytes(boat_.LogPath()), "55."), expected);
+    EXPECT_EQ(RecordedLines(boat_, "55."), expected);
+}
+
+TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndStartedOnlyOnce) {
+    quint16 port = 0;
+    {
+        ChartPlotter reserve;  // a free loopback port, released again
+        ASSERT_TRUE(reserve.Listen());
+        port = reserve.Port();
+    }
+    QProcess process;
+    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(port)});
+    // Let several ticks find nobody there.
+    ASSERT_TRUE(WaitUntil([&] {
+        return ReadFileBytes(boat_.LogPath()).find("Timer1 finished attempt load Seaclear") !=
+               std::string::npos;
+    }));
+    WaitUntil([] { return false; }, 500);
+    EXPECT_EQ(process.state(), QProcess::Running);
+
+    ChartPlotter plotter;
+    ASSERT_TRUE(plotter.Listen(port));
+    QTcpSocket* peer = plotter.Accept();
+    ASSERT_NE(peer, nullptr);
+    ASSERT_TRUE(ChartPlotter::Send(peer, DataLine(5) + "\n" + DataLine(6) + "\n"));
+    ASSERT_TRUE(
+        WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 2; }));
+    plotter.Quit(peer);
+    ASSERT_TRUE(Finished(process));
+    EXPECT_EQ(process.exitCode(), 0);
+
+    const std::string log = ReadFileBytes(boat_.LogPath());
+    std::size_t attempts = 0;
+    for (std::size_t at = log.find("Timer1 attempt load Seaclear"); at != std::string::npos;
+         at = log.find("Timer1 attempt load Seaclear", at + 1)) {
+        ++attempts;
+    }
+    EXPECT_EQ(attempts, 1u);
+    EXPECT_EQ(RecordedLines(boat_, "55."), (std::vector<std::string>{DataLine(5), DataLine(6)}));
+}
+
+TEST_F(LinkRun, BadInputAndAFloodNeitherStopTheRunNorLoseRecords) {
+    ChartPlotter plotter;
+    ASSERT_TRUE(plotter.Listen());
+    QProcess process;
+    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.Port())});
+    QTcpSocket* peer = plotter.Accept();
+    ASSERT_NE(peer, nullptr);
+
+    // Garbage, a short line with NUL bytes, a full line with 8-bit text in its name, a line of
+    // 1 MB, then a good line.
+    const std::string eightBit = DataLine(1, "Cap Fr\xe9hel \xff\x80");
+    std::string bad = "garbage without any commas\n";
+    bad += std::string("14.1\0,7.6,\0\0\0\n", 14);
+    bad += eightBit + "\n";
+    bad += std::string(1024 * 1024, 'x') + "\n";
+    bad += DataLine(2) + "\n";
+    ASSERT_TRUE(ChartPlotter::Send(peer, bad));
+    ASSERT_TRUE(
+        WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 2; }));
+    EXPECT_NE(ReadFileBytes(boat_.LogPath()).find("Link line too long, dropped"),
+              std::string::npos);
+
+    // 10,000 lines a second for at most two seconds, 100 every 10 ms, never more than 4 MB
+    // waiting in this end's buffer; SIGTERM while the lines still pour in.
+    int sent = 0;
+    QTimer pump;
+    QObject::connect(&pump, &QTimer::timeout, [&] {
+        if (sent >= 20000 || peer->bytesToWrite() > 4 * 1024 * 1024) {
+            return;
+        }
+        std::string batch;
+        for (int i = 0; i < 100; ++i) {
+            batch += DataLine(1000 + sent++) + "\n";
+        }
+        peer->write(batch.data(), qint64(batch.size()));
+    });
+    pump.start(10);
+    QElapsedTimer flood;
+    flood.start();
+    WaitUntil([&] { return sent >= 20000 || flood.elapsed() > 2000; }, 3000);
+    EXPECT_EQ(process.state(), QProcess::Running);
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    ASSERT_TRUE(Finished(process));
+    pump.stop();
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+
+    // Every line handled became a record, and every record reached the file: the track is the
+    // handled lines in order, the 8-bit bytes as they came. (Only the data lines start with 5.)
+    const std::vector<std::string> handled = HandledLines(ReadFileBytes(boat_.LogPath()), "5");
+    const std::vector<std::string> recorded = RecordedLines(boat_, "5");
+    EXPECT_EQ(recorded, handled);
+    ASSERT_GE(recorded.size(), 3u);
+    EXPECT_EQ(recorded[0], eightBit);
+    EXPECT_EQ(recorded[1], DataLine(2));
+    EXPECT_EQ(recorded[2], DataLine(1000));
+    std::cout << "flood: " << sent << " lines sent, " << recorded.size() - 2
+              << " handled before SIGTERM\n";
+}
+
+}  // namespace
+}  // namespace wakeline::testing
