@@ -52,10 +52,11 @@ std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t l
 }
 
 std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) {
-    if (!IsDecimalNumber(text)) {
+    const std::optional<double> number = DecimalNumberValue(text);
+    if (!number) {
         return std::string(text);
     }
-    const double parsed = LeadingNumber(text);
+    const double parsed = *number;
     if (!FitsFloat(parsed)) {
         return std::nullopt;
     }
@@ -81,10 +82,12 @@ std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) 
 
 std::optional<std::string> FormatAngle(std::string_view text, std::int16_t fold,
                                        std::string_view side, std::int16_t decimals) {
-    if (text.find(',') != std::string_view::npos || !IsDecimalNumber(text)) {
+    // A text with "," is shown as received (a decimal comma is no number here).
+    const std::optional<double> radians = DecimalNumberValue(text);
+    if (!radians) {
         return std::string(text);
     }
-    const double exactDegrees = LeadingNumber(text) * kRadiansToDegrees;
+    const double exactDegrees = *radians * kRadiansToDegrees;
     if (!FitsFloat(exactDegrees)) {
         return std::nullopt;
     }

@@ -83,6 +83,45 @@ bool IsDecimalNumber(std::string_view text) {
     return digits > 0;
 }
 
+std::optional<double> DecimalNumberValue(std::string_view text) {
+    std::size_t begin = 0;
+    std::size_t end = text.size();
+    while (begin < end && IsBlank(text[begin])) {
+        ++begin;
+    }
+    while (end > begin && IsBlank(text[end - 1])) {
+        --end;
+    }
+    bool negative = false;
+    if (begin < end && (text[begin] == '-' || text[begin] == '+')) {
+        negative = text[begin] == '-';
+        ++begin;
+    }
+    int digits = 0;
+    int points = 0;
+    for (std::size_t i = begin; i < end; ++i) {
+        if (IsDigit(text[i])) {
+            ++digits;
+        } else if (text[i] == '.' && points == 0) {
+            ++points;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (digits == 0) {
+        return std::nullopt;
+    }
+    double value = 0.0;
+    const auto [ptr, error] =
+        std::from_chars(text.data() + begin, text.data() + end, value, std::chars_format::fixed);
+    (void)ptr;
+    if (error == std::errc::result_out_of_range) {
+        // Too many digits for a double: an overflow, or a value too small to hold.
+        value = LeadingNumber(text.substr(begin, end - begin));
+    }
+    return negative ? -value : value;
+}
+
 double RoundHalfEven(double value) {
     // nearbyint follows the current rounding mode, which is round-to-nearest-even unless
     // someone changed it; do it by hand so that no global state can change the answer.

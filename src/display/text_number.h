@@ -20,6 +20,10 @@ double LeadingNumber(std::string_view text);
 // "is it numeric" check of the position and angle formatters.
 bool IsDecimalNumber(std::string_view text);
 
+// The value of a text that IsDecimalNumber accepts (its LeadingNumber), empty for any other
+// text; one pass over the text instead of two.
+std::optional<double> DecimalNumberValue(std::string_view text);
+
 // Rounds to the nearest whole number, halves to even (0.5 -> 0, 1.5 -> 2, -2.5 -> -2), the
 // whole-number conversion of settings and command lines.
 double RoundHalfEven(double value);
