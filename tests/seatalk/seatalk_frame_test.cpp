@@ -109,20 +109,5 @@ TEST(SeaTalkFrame, TheRejectedByteCounterEndsTheEventWhenFull) {
     EXPECT_EQ(receiver.Frame().lengthErrors, 0);
 }
 
-TEST(SeaTalkText, HelpersFormatAsTheReportShowsThem) {
-    EXPECT_TRUE(IsEvenParity(0x00));
-    EXPECT_TRUE(IsEvenParity(0x84));
-    EXPECT_FALSE(IsEvenParity(0x01));
-    EXPECT_FALSE(IsEvenParity(0xFE));
-    const Bytes bytes = {0x9C, 0x01, 0x20};
-    EXPECT_EQ(HexDump(bytes, 3, " "), "9C 01 20 ");
-    EXPECT_EQ(HexDump(bytes, 2, ""), "9C01");
-    EXPECT_EQ(TraceByte(0x0A, "x"), "0Ax");
-    EXPECT_EQ(TraceByte(0x0A, "P"), "\r\n0AP");
-    EXPECT_EQ(PadRight("abc", 5), "abc  ");
-    EXPECT_EQ(PadRight("abcdef", 5), "abcde");
-    EXPECT_EQ(PadRight("abcde", 5), "abcde");
-}
-
 }  // namespace
 }  // namespace wakeline
