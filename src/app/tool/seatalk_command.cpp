@@ -169,7 +169,17 @@ int ReadDevice(const Options& options, Monitor& monitor) {
     const auto toStderr = [](const QString& text) {
         std::fprintf(stderr, "wakeline-tool seatalk: %s\n", text.toLocal8Bit().constData());
     };
-    QObject::connect(&port, &SeaTalkSerialPort::userMessage, toStderr);
+    // Messages of the opening wait until it is known to have worked: a tool that cannot open
+    // its device ends at once instead of trying again as the navigation centre does.
+    std::vector<QString> opening;
+    bool started = false;
+    QObject::connect(&port, &SeaTalkSerialPort::userMessage, [&](const QString& text) {
+        if (started) {
+            toStderr(text);
+        } else {
+            opening.push_back(text);
+        }
+    });
     QObject::connect(&port, &SeaTalkSerialPort::bytesReceived, [&](const QByteArray& bytes) {
         const auto* data = reinterpret_cast<const std::uint8_t*>(bytes.constData());
         if (!monitor.Feed({data, std::size_t(bytes.size())})) {
@@ -180,7 +190,13 @@ int ReadDevice(const Options& options, Monitor& monitor) {
     });
     QObject::connect(&watcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
     if (!port.Start()) {
-        return 1;  // the port told why
+        port.Stop();
+        toStderr(QStringLiteral("cannot open %1: %2").arg(port.Device(), port.LastProblem()));
+        return 1;
+    }
+    started = true;
+    for (const QString& text : opening) {
+        toStderr(text);
     }
     app.exec();
     port.Stop();

@@ -88,6 +88,7 @@ bool SeaTalkSerialPort::Start() {
     if (Open(problem)) {
         return true;
     }
+    lastProblem_ = problem;
     const QString text =
         QStringLiteral("SeaTalk port %1 cannot be opened: %2; trying again every %3 seconds")
             .arg(device_, problem)
@@ -138,6 +139,7 @@ bool SeaTalkSerialPort::Open(QString& problem) {
     ::tcflush(fd, TCIFLUSH);  // what waited before the port was set up is not SeaTalk data
 
     fd_ = fd;
+    lastProblem_.clear();
     notifier_ = new QSocketNotifier(fd_, QSocketNotifier::Read, this);
     connect(notifier_, &QSocketNotifier::activated, this, &SeaTalkSerialPort::ReadAvailable);
     Q_EMIT logLine(QStringLiteral("SeaTalk port %1 opened: 4800 baud, space parity, 8 data bits")

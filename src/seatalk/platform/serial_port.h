@@ -43,6 +43,8 @@ class SeaTalkSerialPort : public QObject {
     // The settings the device did not keep at the last opening, e.g. "space parity (PARENB)";
     // empty when it kept them all.
     const QStringList& Refused() const { return refused_; }
+    // Why the last attempt to open failed; empty after a successful opening.
+    const QString& LastProblem() const { return lastProblem_; }
     // The open descriptor (-1 when closed), for tests that inspect the settings.
     int Descriptor() const { return fd_; }
 
@@ -66,6 +68,7 @@ class SeaTalkSerialPort : public QObject {
     QSocketNotifier* notifier_ = nullptr;  // a child; deleted later, as it may be signalling
     QTimer retryTimer_;
     QStringList refused_;
+    QString lastProblem_;
     bool refusalTold_ = false;  // the user heard about refused settings once
     bool running_ = false;
 };
