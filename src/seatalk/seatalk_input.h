@@ -40,9 +40,8 @@ class SeaTalkInput {
     std::optional<std::string> TakePortWarning();
 
     // One read of the port (the stream under parity marking). `now` stamps lines composed
-    // before the bus sent a time. A receive event that spans reads yields its event in the read
-    // that completed the datagram; two datagrams completed by one event in one read yield one
-    // event with a two-line report.
+    // before the bus sent a time. Each receive event that completed a datagram gives one event,
+    // in order; an event that spans reads gives it in the read that completed the datagram.
     std::vector<SeaTalkEvent> Feed(std::span<const std::uint8_t> bytes, DateTime now);
 
     // The end of a recorded stream: a last 0xFF waiting for its partner is delivered.
