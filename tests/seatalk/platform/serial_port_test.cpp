@@ -1,0 +1,132 @@
+#include "seatalk/platform/serial_port.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <QTemporaryDir>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "livedata/platform/event_loop_wait.h"
+
+namespace wakeline {
+namespace {
+
+// A pseudo-terminal: the master end stands for the bus, the slave for the serial device.
+struct Pty {
+    Pty() {
+        master = ::posix_openpt(O_RDWR | O_NOCTTY);
+        if (master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0) {
+            slave = ::ptsname(master);
+        }
+    }
+    ~Pty() { Close(); }
+    void Close() {
+        if (master >= 0) {
+            ::close(master);
+            master = -1;
+        }
+    }
+    int master = -1;
+    std::string slave;
+};
+
+struct Recorder {
+    explicit Recorder(SeaTalkSerialPort& port) {
+        QObject::connect(&port, &SeaTalkSerialPort::bytesReceived,
+                         [this](const QByteArray& b) { bytes += b; });
+        QObject::connect(&port, &SeaTalkSerialPort::userMessage,
+                         [this](const QString& t) { messages.push_back(t); });
+        QObject::connect(&port, &SeaTalkSerialPort::logLine,
+                         [this](const QString& t) { log.push_back(t); });
+        QObject::connect(&port, &SeaTalkSerialPort::opened, [this] { ++opened; });
+        QObject::connect(&port, &SeaTalkSerialPort::lost, [this] { ++lost; });
+    }
+    QByteArray bytes;
+    std::vector<QString> messages;
+    std::vector<QString> log;
+    int opened = 0;
+    int lost = 0;
+};
+
+TEST(SeaTalkSerialPort, SetsThePortUpAndTellsWhatAPtyRefuses) {
+    testing::EnsureCoreApplication();
+    QTemporaryDir dir;
+    auto pty = std::make_unique<Pty>();
+    ASSERT_FALSE(pty->slave.empty());
+    // The port is opened through a link, so a new pseudo-terminal can take the old one's place.
+    const QString link = dir.filePath("ttySeaTalk");
+    ASSERT_EQ(::symlink(pty->slave.c_str(), link.toLocal8Bit().constData()), 0);
+
+    SeaTalkSerialPort port(link);
+    port.SetRetryInterval(50);
+    Recorder seen(port);
+    ASSERT_TRUE(port.Start());
+
+    termios t{};
+    ASSERT_EQ(::tcgetattr(port.Descriptor(), &t), 0);
+    EXPECT_EQ(t.c_cflag & CSIZE, tcflag_t(CS8));
+    EXPECT_EQ(t.c_cflag & (PARODD | CSTOPB), 0u);
+    EXPECT_EQ(t.c_cflag & (CLOCAL | CREAD), tcflag_t(CLOCAL | CREAD));
+    EXPECT_EQ(t.c_iflag & (INPCK | PARMRK), tcflag_t(INPCK | PARMRK));
+    EXPECT_EQ(t.c_iflag & (IGNPAR | ISTRIP | IXON | ICRNL), 0u);
+    EXPECT_EQ(t.c_lflag & (ICANON | ECHO | ISIG), 0u);
+    EXPECT_EQ(cfgetispeed(&t), speed_t(B4800));
+
+    // The kernel clears PARENB on a pty: told once, naming the device and the setting.
+    EXPECT_TRUE(port.Refused().contains(QStringLiteral("space parity (PARENB)")));
+    ASSERT_EQ(seen.messages.size(), 1u);
+    EXPECT_TRUE(seen.messages[0].contains(link));
+    EXPECT_TRUE(seen.messages[0].contains(QStringLiteral("space parity (PARENB)")));
+
+    // Bytes pass unchanged, except that parity marking doubles a data byte 0xFF.
+    const unsigned char sent[] = {0x84, 0x42, 0xFF};
+    ASSERT_EQ(::write(pty->master, sent, sizeof sent), 3);
+    ASSERT_TRUE(testing::WaitUntil([&] { return seen.bytes.size() >= 4; }));
+    EXPECT_EQ(seen.bytes, QByteArray("\x84\x42\xFF\xFF", 4));
+
+    // The device goes away: told once, then opened again when it is back.
+    pty->Close();
+    ASSERT_TRUE(testing::WaitUntil([&] { return seen.lost == 1; }));
+    EXPECT_FALSE(port.IsOpen());
+    ASSERT_EQ(seen.messages.size(), 2u);
+    EXPECT_TRUE(seen.messages[1].contains(QStringLiteral("was lost")));
+
+    auto back = std::make_unique<Pty>();
+    ASSERT_FALSE(back->slave.empty());
+    ::unlink(link.toLocal8Bit().constData());
+    ASSERT_EQ(::symlink(back->slave.c_str(), link.toLocal8Bit().constData()), 0);
+    ASSERT_TRUE(testing::WaitUntil([&] { return seen.opened == 2; }));
+    EXPECT_TRUE(port.IsOpen());
+    EXPECT_EQ(seen.messages.size(), 2u);  // the refusal was told already
+    port.Stop();
+}
+
+TEST(SeaTalkSerialPort, AMissingDeviceIsToldOnceAndTriedAgain) {
+    testing::EnsureCoreApplication();
+    QTemporaryDir dir;
+    const QString missing = dir.filePath("ttyUSB9");
+    SeaTalkSerialPort port(missing);
+    port.SetRetryInterval(20);
+    Recorder seen(port);
+    EXPECT_FALSE(port.Start());
+    ASSERT_EQ(seen.messages.size(), 1u);
+    EXPECT_TRUE(seen.messages[0].contains(missing));
+    EXPECT_TRUE(seen.messages[0].contains(QStringLiteral("cannot be opened")));
+
+    // A file that is no serial port is refused too, still without a second message.
+    QFile notATty(missing);
+    ASSERT_TRUE(notATty.open(QIODevice::WriteOnly));
+    notATty.close();
+    testing::WaitUntil([] { return false; }, 150);
+    EXPECT_FALSE(port.IsOpen());
+    EXPECT_EQ(seen.messages.size(), 1u);
+    port.Stop();
+}
+
+}  // namespace
+}  // namespace wakeline
