@@ -173,6 +173,13 @@ void NavigationCentre::LoadWindHistory() {
 void NavigationCentre::ChooseDataSource() {
     if (!state_.DdeMode) {
         state_.Timer1Interval = 5000;
+        seaTalk_ = std::make_unique<SeaTalkInput>(state_.SeaTalkMode);
+        // Opening the port: the warning comes first, once per run.
+        if (const auto warning = seaTalk_->TakePortWarning()) {
+            services_.dialogs.ShowMessage(*warning);
+        }
+        // Records take the bus's own time once it has sent one.
+        track_.SetSeaTalkTime([this] { return seaTalk_->Values().utcDateTime; });
         return;
     }
     if (state_.Replay) {
@@ -306,6 +313,25 @@ bool NavigationCentre::HandleDataLine(std::string_view line) {
         TraceWriteLine(text, false);
     }
     return displayed;
+}
+
+void NavigationCentre::OnSeaTalkBytes(std::span<const std::uint8_t> bytes) {
+    if (seaTalk_) {
+        HandleSeaTalkEvents(seaTalk_->Feed(bytes, clock_.NowUtc()));
+    }
+}
+
+void NavigationCentre::OnSeaTalkEnd() {
+    if (seaTalk_) {
+        HandleSeaTalkEvents(seaTalk_->Finish(clock_.NowUtc()));
+    }
+}
+
+void NavigationCentre::HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& events) {
+    for (const SeaTalkEvent& event : events) {
+        HandleDataLine(event.line);
+        linkStatus_.text = event.timeStamp;
+    }
 }
 
 bool NavigationCentre::FormUnload() {

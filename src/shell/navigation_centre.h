@@ -4,13 +4,17 @@
 // platform turns window events, timer ticks and incoming data into calls of this object.
 
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "display/display_computation.h"
 #include "livedata/field_table.h"
 #include "performance/performance_tables.h"
 #include "performance/table_lookup.h"
+#include "seatalk/seatalk_input.h"
 #include "shell/clock.h"
 #include "shell/configuration.h"
 #include "shell/diagnostic_log.h"
@@ -86,6 +90,16 @@ class NavigationCentre : private DataLineSink {
     // True when it was displayed.
     bool HandleDataLine(std::string_view line);
 
+    // SeaTalk mode: true once start-up chose the bus as the data source (the platform then
+    // opens the port, or a recorded stream).
+    bool SeaTalkPortWanted() const { return seaTalk_ != nullptr; }
+    // Bytes from the SeaTalk port as the kernel delivers them under parity marking. Each
+    // receive event that completed a datagram composes a data line, which takes the road of
+    // a line from the link; the status text becomes the line's time stamp.
+    void OnSeaTalkBytes(std::span<const std::uint8_t> bytes);
+    // The end of a recorded SeaTalk stream.
+    void OnSeaTalkEnd();
+
     // The close: asks "ending trace function". OK flushes the track with the closedown note
     // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
     bool FormUnload();
@@ -115,6 +129,7 @@ class NavigationCentre : private DataLineSink {
     void ChooseDataSource();
     void LoadPolarTables();
     void LoadWindHistory();
+    void HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& events);
     // The road of a new data line: the display, then (when recorded) the track.
     bool TraceDisplayLine(const std::string& line) override;
     void TraceWriteLine(const std::string& line, bool force) override;
@@ -136,6 +151,7 @@ class NavigationCentre : private DataLineSink {
     WindData windHistory_;
     WindData windSamples_;
     TrackWriter track_;
+    std::unique_ptr<SeaTalkInput> seaTalk_;
 
     // Values of the display computation that start-up sets and nothing reads; kept so that
     // the start-up order stays complete.

@@ -174,7 +174,11 @@ TEST(StartUp, DataSourceFollowsTheDdeKey) {
          "",
          100,
          {"Warning: DDE=5 seems wrong, attempting DDE interface anyway"}},
-        {"SeaTalk ignores the key", "", ",SB", 5000, {}},
+        {"SeaTalk ignores the key and warns about the port",
+         "",
+         ",SB",
+         5000,
+         {kSeaTalkPortWarning}},
     };
     for (const auto& c : cases) {
         Boat boat;
@@ -276,6 +280,21 @@ TEST(Replay, StampsSetTheClockNotesAreSkipped) {
     ASSERT_TRUE(centre.FormUnload());
     EXPECT_EQ(replay.files.files["/boat/traces/20240315.TRT"],
               "20240315 14:30:24 CZ," + kData + "\r\n20240315 14:30:34 CZ," + kData + "1\r\n");
+}
+
+TEST(SeaTalk, ACompletedDatagramTakesTheRoadOfADataLine) {
+    Boat boat;
+    NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,SC");
+    ASSERT_TRUE(centre.SeaTalkPortWanted());
+    // Depth 10.0 feet: command 0x00 marked by a parity error (FF 00 00 under parity marking),
+    // attribute 0x02 (five bytes), then 0x00 0x64 0x00. Stored as 3.0 m, sent as 3.0 + 0.3.
+    const std::vector<std::uint8_t> stream = {0xFF, 0x00, 0x00, 0x02, 0x00, 0x64, 0x00};
+    centre.OnSeaTalkBytes(stream);
+    EXPECT_EQ(centre.Fields()[6].Value, "03.30");
+    EXPECT_EQ(centre.Fields()[6].Shown, " 3.3   ");
+    EXPECT_EQ(centre.LinkStatus().text, "15-11-2026 23:42:16 (CZ)");
+    ASSERT_EQ(centre.Track().PendingCount(), 1U);
+    EXPECT_EQ(centre.Track().PendingRecords()[0].substr(0, 21), "20261115 23:42:16 CZ,");
 }
 
 TEST(StartUp, PolarTablesGiveCorrectedWindAndTargetSpeed) {

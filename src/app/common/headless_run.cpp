@@ -15,6 +15,8 @@
 #include "livedata/platform/program_launcher.h"
 #include "livedata/platform/replay_source.h"
 #include "livedata/platform/tcp_link.h"
+#include "seatalk/platform/replay_stream.h"
+#include "seatalk/platform/serial_port.h"
 #include "shell/navigation_centre.h"
 #include "shell/platform/durable_file_system.h"
 #include "shell/platform/qt_settings_store.h"
@@ -71,6 +73,8 @@ struct HeadlessRun::Parts {
     SignalWatcher termination;
     std::unique_ptr<TcpLink> link;
     std::unique_ptr<ReplaySource> replay;
+    std::unique_ptr<SeaTalkSerialPort> serial;
+    std::unique_ptr<SeaTalkReplayStream> seaTalkReplay;
     bool drawOnTerminal = false;
     std::string loggedStatus;
     bool closing = false;
@@ -128,6 +132,8 @@ int HeadlessRun::Start() {
             parts_->dialogs.ShowMessage(replay->ErrorText().toStdString());
             CloseRun();
         }
+    } else if (centre.SeaTalkPortWanted()) {
+        StartSeaTalk();
     } else if (centre.State().DdeMode) {
         parts_->link = std::make_unique<TcpLink>(*endpoint, this);
         TcpLink* link = parts_->link.get();
@@ -163,6 +169,45 @@ int HeadlessRun::Start() {
     return -1;
 }
 
+void HeadlessRun::StartSeaTalk() {
+    const auto feed = [this](const QByteArray& bytes) {
+        parts_->centre.OnSeaTalkBytes(
+            std::span<const std::uint8_t>(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                          static_cast<std::size_t>(bytes.size())));
+        Draw();
+    };
+    if (options_.seaTalkReplay) {
+        parts_->seaTalkReplay = std::make_unique<SeaTalkReplayStream>(
+            QString::fromStdString(*options_.seaTalkReplay), this);
+        SeaTalkReplayStream* stream = parts_->seaTalkReplay.get();
+        connect(stream, &SeaTalkReplayStream::bytesReceived, this, feed);
+        connect(stream, &SeaTalkReplayStream::finished, this, [this](const QString& problem) {
+            parts_->centre.OnSeaTalkEnd();
+            if (!problem.isEmpty()) {
+                parts_->dialogs.ShowMessage("SeaTalk replay ended: " + problem.toStdString());
+            }
+            CloseRun();
+        });
+        if (!stream->Start()) {
+            parts_->dialogs.ShowMessage("SeaTalk replay cannot be read: " +
+                                        *options_.seaTalkReplay);
+            CloseRun();
+        }
+        return;
+    }
+    parts_->serial =
+        std::make_unique<SeaTalkSerialPort>(QString::fromStdString(options_.serial), this);
+    SeaTalkSerialPort* port = parts_->serial.get();
+    connect(port, &SeaTalkSerialPort::bytesReceived, this, feed);
+    connect(port, &SeaTalkSerialPort::logLine, this, [this](const QString& text) {
+        parts_->centre.Log().DebugWriteLine(text.toStdString());
+    });
+    connect(port, &SeaTalkSerialPort::userMessage, this,
+            [this](const QString& text) { parts_->dialogs.ShowMessage(text.toStdString()); });
+    // A port that is not there yet is tried again by the port itself; the run goes on.
+    port->Start();
+}
+
 void HeadlessRun::OnTick() {
     if (parts_->centre.Timer1_Timer() && parts_->link) {
         parts_->link->Connect();
@@ -196,6 +241,12 @@ void HeadlessRun::CloseRun() {
     }
     if (parts_->link) {
         parts_->link->Close();
+    }
+    if (parts_->serial) {
+        parts_->serial->Stop();
+    }
+    if (parts_->seaTalkReplay) {
+        parts_->seaTalkReplay->Stop();
     }
     QCoreApplication::exit(0);
 }

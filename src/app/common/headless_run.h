@@ -23,6 +23,7 @@ class HeadlessRun : public QObject {
 
   private:
     struct Parts;
+    void StartSeaTalk();
     void OnTick();
     void OnDataLine(const QByteArray& line, bool replay);
     void CloseRun();
