@@ -33,7 +33,7 @@ std::vector<SeaTalkEvent> SeaTalkInput::Handle(const std::vector<ReceivePiece>& 
         if (!outcome.report.empty()) {
             SeaTalkLine composed = ComposeSeaTalkLine(values_, now);
             events.push_back({std::move(outcome.report), std::move(composed.line),
-                              std::move(composed.timeStamp)});
+                              std::move(composed.timeStamp), values_.utcDateTime});
         }
     }
     return events;

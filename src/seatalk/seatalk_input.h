@@ -26,6 +26,9 @@ struct SeaTalkEvent {
     std::string report;     // the datagrams completed (see ReceiveOutcome::report)
     std::string line;       // the data line, ending in CR LF
     std::string timeStamp;  // the status text of the line
+    // The bus's date-time when the line was composed, 0 before the bus sent one: the time of
+    // the line's track record, whatever later events of the same read change.
+    DateTime busTime = 0;
 };
 
 class SeaTalkInput {

@@ -179,7 +179,7 @@ void NavigationCentre::ChooseDataSource() {
             services_.dialogs.ShowMessage(*warning);
         }
         // Records take the bus's own time once it has sent one.
-        track_.SetSeaTalkTime([this] { return seaTalk_->Values().utcDateTime; });
+        track_.SetSeaTalkTime([this] { return seaTalkLineTime_; });
         return;
     }
     if (state_.Replay) {
@@ -329,6 +329,8 @@ void NavigationCentre::OnSeaTalkEnd() {
 
 void NavigationCentre::HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& events) {
     for (const SeaTalkEvent& event : events) {
+        // One read may complete several events; each line is recorded at its own bus time.
+        seaTalkLineTime_ = event.busTime;
         HandleDataLine(event.line);
         linkStatus_.text = event.timeStamp;
     }

@@ -152,6 +152,7 @@ class NavigationCentre : private DataLineSink {
     WindData windSamples_;
     TrackWriter track_;
     std::unique_ptr<SeaTalkInput> seaTalk_;
+    DateTime seaTalkLineTime_ = 0;  // the bus time of the SeaTalk line being handled
 
     // Values of the display computation that start-up sets and nothing reads; kept so that
     // the start-up order stays complete.
