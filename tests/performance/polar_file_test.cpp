@@ -39,15 +39,6 @@ struct Read {
     const PolarTable& table(int i) const { return tables.Polars.Tables[i]; }
 };
 
-TEST(PolarFileReader, DampingFactorAloneLeavesNoTablesAndTheDefaultCorrections) {
-    const Read read(Lines({"'Wakeline Correction and Polar Tables", "[DampingFactor=0.5000]"}));
-    EXPECT_EQ(read.tables.DampingFactor, 0.5f);
-    EXPECT_EQ(read.set().Count, 0);
-    EXPECT_EQ(read.set().Current, -1);
-    EXPECT_EQ(read.tables.Correction.ClassAngle[3], 165.0f);
-    EXPECT_TRUE(read.report.messages.empty());
-}
-
 TEST(PolarFileReader, KeysIgnoreCaseButTheCurrentSailsNameDoesNot) {
     const Read read(Lines(
         {"[polartable=Jib]", "  52, 90", "06, 40, 4.8, 5.3, 6.1", "[PolarTableCurrent=jib]"}));
@@ -133,18 +124,6 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
     EXPECT_EQ(cut.tables.Correction.AngleCorrection[2][1], 2.0f);
     EXPECT_EQ(cut.tables.Correction.ClassAngle[2], 90.0f);  // default
     EXPECT_EQ(huge.set().Count, 1);
-}
-
-TEST(PolarFileReader, ACorrectionTableCutShortByASectionKeepsTheRestAsItWas) {
-    const Read read(Lines(
-        {"[CorrectionTable]", "  06,  12", "045, 3.0, 2.0", "[DampingFactor=0.2]", "090, 9, 9"}));
-    const CorrectionTable& c = read.tables.Correction;
-    EXPECT_EQ(c.SpeedCount, 2);
-    EXPECT_EQ(c.AngleCorrection[1][1], 3.0f);
-    EXPECT_EQ(c.ClassAngle[2], 90.0f);
-    EXPECT_EQ(c.AngleCorrection[1][2], 0.0f);  // the stray class line after the section
-    EXPECT_EQ(read.tables.DampingFactor, 0.2f);
-    EXPECT_TRUE(read.report.messages.empty());
 }
 
 TEST(PolarFileReader, AFileThatCannotBeReadIsReportedAndLeavesNoTables) {

@@ -103,14 +103,12 @@ TEST(DetermineFiles, ChartPlotterProgram) {
         bool found;
         std::string message;
     } rows[] = {
-        {"directory from the file", kIni, "/win/sc", "/win/sc", "/win/sc", true, ""},
         {"from the file but not there: no fallback", kIni, "/win/sc", kProgramDir, "/win/sc", false,
          notInIniDir},
         {"beside the settings file, name in any case", kScDir + "/SEACLEAR_2.INI,M", "", kScDir,
          kScDir, true, ""},
         {"not beside the settings file", kIni, "", kProgramDir, kProgramDir, true, ""},
         {"another settings name", kScDir + "/my.ini", "", kScDir, kProgramDir, false, ""},
-        {"nowhere, with a command line: silent", kIni, "", "", kProgramDir, false, ""},
         {"nowhere, without a command line", "", "", "", kProgramDir, false, noExe},
     };
     for (const auto& row : rows) {
