@@ -102,13 +102,11 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
         rowsText += Lines({std::to_string(r) + ", 40, 1, 2"});
     }
     const Read speeds(Lines({"[CorrectionTable]", twelve, "[DampingFactor=0.5]"}));
-    const Read columns(Lines({"[PolarTable=Main]", twelve.substr(0, 23), "[DampingFactor=1]"}));
     const Read rows(rowsText);
     const Read cut(Lines({"[CorrectionTable]", " 06, 12", "045, 3, 2"}));
     // 1e39 does not fit a 32-bit float.
     const Read huge(Lines({"[DampingFactor=0.25]", "[PolarTable=M]", "1" + std::string(39, '0')}));
-    const Read noName(Lines({"[PolarTable=", "[DampingFactor=0.5]"}));
-    for (const Read* read : {&speeds, &columns, &rows, &cut, &huge, &noName}) {
+    for (const Read* read : {&speeds, &rows, &cut, &huge}) {
         EXPECT_EQ(read->report.messages, Messages{kCorrupt});
         EXPECT_EQ(read->tables.DampingFactor, read == &huge ? 0.25f : 0.0f);
     }
@@ -116,8 +114,6 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
     EXPECT_EQ(speeds.tables.Correction.SpeedCount, 12);
     EXPECT_EQ(speeds.tables.Correction.WindSpeed[11], 11.0f);
     EXPECT_EQ(speeds.tables.Correction.ClassAngle[1], 45.0f);  // default, not reached
-    EXPECT_EQ(columns.table(0).ColumnCount, 11);
-    EXPECT_EQ(columns.table(0).ColumnAngle[10], 10.0f);
     EXPECT_EQ(rows.table(0).RowCount, 12);
     EXPECT_EQ(rows.table(0).Cell[11][1], 2.0f);
     EXPECT_EQ(cut.tables.Correction.SpeedCount, 2);

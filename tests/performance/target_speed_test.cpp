@@ -89,11 +89,6 @@ TEST(TargetSpeed, SmallAndBrokenTables) {
     EXPECT_EQ(TargetSpeedAt(52, 6, oneRow), -1.0f);
     EXPECT_EQ(RowSpeedAt(52, 1, oneRow), 5.3f);
 
-    // The placeholders answer 0 at 0 kt and 0 degrees and nothing elsewhere.
-    const PolarSet dummies = PlaceholderPolarSet(8, 7);
-    EXPECT_EQ(TargetSpeedAt(0, 0, dummies.Tables[1]), 0.0f);
-    EXPECT_EQ(TargetSpeedAt(40, 10, dummies.Tables[1]), -1.0f);
-
     PolarTable overrun = ThreeRowTable();
     overrun.RowCount = 12;  // as a file with twelve rows leaves it
     EXPECT_EQ(TargetSpeedAt(90, 12, overrun), std::nullopt);

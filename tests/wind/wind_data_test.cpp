@@ -87,10 +87,6 @@ TEST(AverageWind, DirectionsAreUnwrappedAroundTheReference) {
 TEST(AverageWind, EmptyAndTimelessBuffers) {
     WindData data;
     float reference = kNoReference;
-    const WindObservation none = AverageWind(data, 0, reference);
-    EXPECT_EQ(none.Speed + none.Direction + none.Time + none.Samples, 0.0);
-    EXPECT_EQ(reference, kNoReference);
-
     // Observations in the same second have no weight: the newest stands for them.
     AddWindObservation(data, 7.5f, 200.0f, At(3), 4);
     AddWindObservation(data, 9.0f, 220.0f, At(3), 1);
