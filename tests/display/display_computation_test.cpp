@@ -137,11 +137,6 @@ TEST_F(DisplayComputationTest, WaypointRowsKeepTheirCaptionUntilAValueArrives) {
     EXPECT_EQ(outcome.captionsWritten.to_string(), "00000000111111111111111");
     EXPECT_EQ(Shown(15), "");
     EXPECT_EQ(display.Captions()[15], "51 57.500 N");
-
-    // More than 23 pieces: the rest, line end included, is ignored.
-    outcome = display.TraceDisplayLine(Line({{22, "LIZARD,spare"}}));
-    EXPECT_TRUE(outcome.Displayed());
-    EXPECT_EQ(Shown(22), "LIZARD");
 }
 
 TEST_F(DisplayComputationTest, FailedLineKeepsThePreviousDisplay) {

@@ -103,18 +103,10 @@ TEST_F(ChartPlotterLinkTest, FailuresStartTheChartPlotterOnceAndAskOnlyAfterData
                          Line("lblDDE_LinkNotify Line Displayed"));
 }
 
-TEST_F(ChartPlotterLinkTest, WithoutAProgramOrWhenItCannotStartTheAttemptIsLogged) {
-    link.OnTimerTick();
-    link.OnConnectFailed("");
-    EXPECT_TRUE(started.empty());
-    EXPECT_EQ(Log(), Line("Timer1 attempt load Seaclear: ") +
-                         Line("Timer1 finished attempt load Seaclear"));
-
-    ChartPlotterLink other(log, *this);
-    files.files.clear();
+TEST_F(ChartPlotterLinkTest, AProgramThatCannotStartIsLogged) {
     startFailure = "wine is not on the PATH";
-    other.OnTimerTick();
-    other.OnConnectFailed("/sc/SeaClear_2.exe");
+    link.OnTimerTick();
+    link.OnConnectFailed("/sc/SeaClear_2.exe");
     EXPECT_EQ(Log(),
               Line("Timer1 attempt load Seaclear: /sc/SeaClear_2.exe") +
                   Line("Timer1 could not start /sc/SeaClear_2.exe: wine is not on the PATH") +

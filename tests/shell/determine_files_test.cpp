@@ -22,21 +22,6 @@ struct Chooser : testing::Harness {
     ProgramFiles out;
 };
 
-TEST(DetermineFiles, EverythingBesideTheProgram) {
-    Chooser run;
-    run.files.files[kProgramDir + "/SEACLEAR_2.INI"] =
-        "[Program Setup]\r\nDDE=1\r\nTrack Time=30\r\n";
-    run.files.files[kProgramDir + "/SeaClear_2.exe"] = "";
-    run.files.directories.insert(kProgramDir + "/traces");
-    ASSERT_TRUE(run.Start(""));
-    EXPECT_EQ(run.dialogs.messages, Texts{});
-    EXPECT_EQ(run.out.IniPath, "/opt/wl/SEACLEAR_2.INI");
-    EXPECT_EQ(run.out.Ini.TrackTime, 30.0f);
-    EXPECT_EQ(run.out.SeaClearDir, "/opt/wl");
-    EXPECT_EQ(run.out.TrackDir, "/opt/wl/traces");
-    EXPECT_EQ(run.out.SeaClearExe, "/opt/wl/SeaClear_2.exe");
-}
-
 TEST(DetermineFiles, NoSettingsFileEndsTheStart) {
     const struct {
         std::string commandLine, existing, message;

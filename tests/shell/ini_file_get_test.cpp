@@ -49,11 +49,6 @@ TEST_F(IniFileGetTest, ThresholdsAndDirectories) {
     EXPECT_EQ(read.TrackCompDev, -7.25f);
     EXPECT_EQ(read.TrackDir, " /data/tracks ") << "directories keep their blanks";
     EXPECT_EQ(read.SeaClearDir, "/opt/sc");
-
-    const ChartPlotterSettings emptied =
-        Read("[Program Setup]\r\nTrack Time=\r\nTrack Dir=\r\n", {1, 5, 0, 0, "/old", ""});
-    EXPECT_EQ(emptied.TrackTime, 0.0f);
-    EXPECT_EQ(emptied.TrackDir, "");
 }
 
 TEST_F(IniFileGetTest, ValuesThatDoNotFitKeepTheOldOneAndAreLogged) {

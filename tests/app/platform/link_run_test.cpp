@@ -11,7 +11,6 @@
 #include <QTcpSocket>
 #include <QTimer>
 #include <csignal>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -73,9 +72,8 @@ std::vector<std::string> HandledLines(const std::string& log, const std::string&
 }
 
 // The track records of the traces directory whose data lines start with `prefix`, in file
-// order; each record's stamp is checked on the way.
+// order, without their stamps.
 std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
-    static const std::regex stamp("^\\d{8} \\d{2}:\\d{2}:\\d{2} CZ,");
     std::vector<std::string> lines;
     for (const auto& [name, bytes] : boat.Traces()) {
         if (!name.ends_with(".TRT")) {
@@ -86,7 +84,6 @@ std::vector<std::string> RecordedLines(const Boat& boat, const std::string& pref
             const std::string record = bytes.substr(at, end - at);
             at = end == std::string::npos ? bytes.size() : end + 2;
             if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
-                EXPECT_TRUE(std::regex_search(record, stamp)) << record;
                 lines.push_back(record.substr(21));
             }
         }
