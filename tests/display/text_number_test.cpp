@@ -39,15 +39,6 @@ TEST(IsDecimalNumber, AcceptsOneSignedDecimalNumberAndNothingElse) {
     }
 }
 
-TEST(RoundHalfEven, RoundsHalvesToTheEvenNeighbour) {
-    const std::pair<double, double> rows[] = {
-        {0.5, 0}, {1.5, 2}, {2.5, 2}, {-2.5, -2}, {-1.5, -2}, {2.5000001, 3}, {-2.5000001, -3},
-    };
-    for (const auto& [value, expected] : rows) {
-        EXPECT_EQ(RoundHalfEven(value), expected) << value;
-    }
-}
-
 TEST(WholeNumber16, IsEmptyWhenTheRoundedValueLeavesSixteenBits) {
     const std::pair<const char*, std::optional<std::int16_t>> rows[] = {
         {"13.5", 14},         {"32767.4", 32767}, {"32767.5", {}},
