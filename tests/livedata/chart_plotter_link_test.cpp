@@ -69,6 +69,13 @@ TEST_F(ChartPlotterLinkTest, NewLinesAreHandledOnceAndRepeatsOnlyStamped) {
                          Line("lblDDE_LinkNotify Line Displayed"));
 }
 
+TEST_F(ChartPlotterLinkTest, TrackWriterOnlyWithATrackDirectoryAndADisplayedLine) {
+    link.OnNotification("a", kNow, false, *this);
+    displays = false;
+    EXPECT_TRUE(link.OnNotification("b", kNow, true, *this).newLine);
+    EXPECT_EQ(calls, (Texts{"display a\r\n", "display b\r\n"}));
+}
+
 TEST_F(ChartPlotterLinkTest, FailuresStartTheChartPlotterOnceAndAskOnlyAfterData) {
     const std::string exe = "/opt/seaclear/SeaClear_2.exe";
     ASSERT_TRUE(link.OnTimerTick());
