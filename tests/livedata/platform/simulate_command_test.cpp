@@ -13,15 +13,14 @@ namespace {
 
 TEST(SimulateCommand, StampedLinesAreTrackRecordsOneSecondApart) {
     QProcess process;
-    process.start(WAKELINE_TOOL_BINARY, {"simulate", "--interval", "0", "--count", "5", "--stamped",
+    process.start(WAKELINE_TOOL_BINARY, {"simulate", "--interval", "0", "--count", "3", "--stamped",
                                          "--start", "20261231 23:59:58"});
     ASSERT_TRUE(process.waitForFinished(10000));
     EXPECT_EQ(process.exitCode(), 0);
     const std::string out = process.readAllStandardOutput().toStdString();
     // The stamps cross midnight into a new year; each record ends in CR LF.
     const char* stamps[] = {"20261231 23:59:58 CZ,", "20261231 23:59:59 CZ,",
-                            "20270101 00:00:00 CZ,", "20270101 00:00:01 CZ,",
-                            "20270101 00:00:02 CZ,"};
+                            "20270101 00:00:00 CZ,"};
     std::size_t at = 0;
     for (const char* stamp : stamps) {
         const std::size_t end = out.find("\r\n", at);
