@@ -30,34 +30,18 @@ std::string DataLine(int index, const std::string& name = "") {
            name;
 }
 
-// The stand-in chart plotter: a loopback server handing out one connection at a time.
-class ChartPlotter {
-  public:
-    bool Listen(quint16 port = 0) { return server_.listen(QHostAddress::LocalHost, port); }
-    quint16 Port() const { return server_.serverPort(); }
+// The stand-in chart plotter's end of the link, once the program has connected to `server`;
+// null when it did not.
+QTcpSocket* Accept(QTcpServer& server) {
+    return WaitUntil([&] { return server.hasPendingConnections(); })
+               ? server.nextPendingConnection()
+               : nullptr;
+}
 
-    // Waits for the program to connect; null when it did not within `ms`.
-    QTcpSocket* Accept(int ms = 10000) {
-        if (!WaitUntil([&] { return server_.hasPendingConnections(); }, ms)) {
-            return nullptr;
-        }
-        return server_.nextPendingConnection();
-    }
-
-    static bool Send(QTcpSocket* peer, const std::string& bytes) {
-        peer->write(bytes.data(), qint64(bytes.size()));
-        return WaitUntil([&] { return peer->bytesToWrite() == 0; });
-    }
-
-    // The chart plotter is closed: no one listens any more, and the link is closed.
-    void Quit(QTcpSocket* peer) {
-        server_.close();
-        peer->disconnectFromHost();
-    }
-
-  private:
-    QTcpServer server_;
-};
+bool Send(QTcpSocket* peer, const std::string& bytes) {
+    peer->write(bytes.data(), qint64(bytes.size()));
+    return WaitUntil([&] { return peer->bytesToWrite() == 0; });
+}
 
 // Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
 // `prefix`, in order, without the CR LF that the link adds.
@@ -105,9 +89,9 @@ class LinkRun : public ::testing::Test {
 TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     quint16 port = 0;
     {
-        ChartPlotter reserve;  // a free loopback port, released again
-        ASSERT_TRUE(reserve.Listen());
-        port = reserve.Port();
+        QTcpServer reserve;  // a free loopback port, released again
+        ASSERT_TRUE(reserve.listen(QHostAddress::LocalHost));
+        port = reserve.serverPort();
     }
     QProcess process;
     boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(port)});
@@ -119,17 +103,18 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     WaitUntil([] { return false; }, 500);
     EXPECT_EQ(process.state(), QProcess::Running);
 
-    ChartPlotter plotter;
-    ASSERT_TRUE(plotter.Listen(port));
-    QTcpSocket* peer = plotter.Accept();
+    QTcpServer plotter;
+    ASSERT_TRUE(plotter.listen(QHostAddress::LocalHost, port));
+    QTcpSocket* peer = Accept(plotter);
     ASSERT_NE(peer, nullptr);
     // The second line repeats the first and is not handled; the last repeats the first but
     // follows another line, so it is new again. A CR before the LF is dropped.
-    ASSERT_TRUE(ChartPlotter::Send(
+    ASSERT_TRUE(Send(
         peer, DataLine(0) + "\n" + DataLine(0) + "\r\n" + DataLine(1) + "\n" + DataLine(0) + "\n"));
     ASSERT_TRUE(
         WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 3; }));
-    plotter.Quit(peer);
+    plotter.close();  // the chart plotter is closed: no one listens any more
+    peer->disconnectFromHost();
     ASSERT_TRUE(Finished(process));
     EXPECT_EQ(process.exitCode(), 0);
     EXPECT_TRUE(process.readAllStandardError().contains("ending trace function [OK]"));
@@ -143,11 +128,11 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
 }
 
 TEST_F(LinkRun, BadInputAndAFloodNeitherStopTheRunNorLoseRecords) {
-    ChartPlotter plotter;
-    ASSERT_TRUE(plotter.Listen());
+    QTcpServer plotter;
+    ASSERT_TRUE(plotter.listen(QHostAddress::LocalHost));
     QProcess process;
-    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.Port())});
-    QTcpSocket* peer = plotter.Accept();
+    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.serverPort())});
+    QTcpSocket* peer = Accept(plotter);
     ASSERT_NE(peer, nullptr);
 
     // Garbage, a short line with NUL bytes, a full line with 8-bit text in its name, a line of
@@ -158,7 +143,7 @@ TEST_F(LinkRun, BadInputAndAFloodNeitherStopTheRunNorLoseRecords) {
     bad += eightBit + "\n";
     bad += std::string(1024 * 1024, 'x') + "\n";
     bad += DataLine(2) + "\n";
-    ASSERT_TRUE(ChartPlotter::Send(peer, bad));
+    ASSERT_TRUE(Send(peer, bad));
     ASSERT_TRUE(
         WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 2; }));
     EXPECT_NE(ReadFileBytes(boat_.LogPath()).find("Link line too long, dropped"),
