@@ -25,6 +25,11 @@ CorrectionTable TwoSpeedTable() {
     return c;
 }
 
+struct Row {
+    float angle, speed, expected;
+    const char* legend;
+};
+
 TEST(WindCorrection, TheDefaultTableCorrectsNothing) {
     const CorrectionTable defaults = DefaultCorrectionTable();
     for (float angle : {-40.0f, 0.0f, 120.0f, 200.0f}) {
@@ -37,10 +42,6 @@ TEST(WindCorrection, TheDefaultTableCorrectsNothing) {
 
 TEST(WindCorrection, AngleCorrectionIsBilinearFromZero) {
     const CorrectionTable c = TwoSpeedTable();
-    struct Row {
-        float angle, speed, expected;
-        const char* legend;
-    };
     const std::vector<Row> rows = {
         {-45, 6, -3.0f, "port side mirrors"},
         // fx = (90-56.25)/45 = 0.75 on class 45, fy = (12-7.5)/6 = 0.75 on speed 6:
@@ -61,10 +62,6 @@ TEST(WindCorrection, AngleCorrectionIsBilinearFromZero) {
 
 TEST(WindCorrection, SpeedCorrectionWorksOffTheWindOnly) {
     const CorrectionTable c = TwoSpeedTable();
-    struct Row {
-        float angle, speed, expected;
-        const char* legend;
-    };
     const std::vector<Row> rows = {
         {105, 6, 0.25f, "(105-90)/(120-90) of 0.5"},
         // g = (12-9)/6 = 0.5: limit 135, kt 0.75; (112.5-90)/45 = 0.5
