@@ -39,15 +39,6 @@ struct Read {
     const PolarTable& table(int i) const { return tables.Polars.Tables[i]; }
 };
 
-TEST(PolarFileReader, DampingFactorAloneLeavesNoTablesAndTheDefaultCorrections) {
-    const Read read(Lines({"'Wakeline Correction and Polar Tables", "[DampingFactor=0.5000]"}));
-    EXPECT_EQ(read.tables.DampingFactor, 0.5f);
-    EXPECT_EQ(read.set().Count, 0);
-    EXPECT_EQ(read.set().Current, -1);
-    EXPECT_EQ(read.tables.Correction.ClassAngle[3], 165.0f);
-    EXPECT_TRUE(read.report.messages.empty());
-}
-
 TEST(PolarFileReader, KeysIgnoreCaseButTheCurrentSailsNameDoesNot) {
     const Read read(Lines(
         {"[polartable=Jib]", "  52, 90", "06, 40, 4.8, 5.3, 6.1", "[PolarTableCurrent=jib]"}));
@@ -111,13 +102,11 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
         rowsText += Lines({std::to_string(r) + ", 40, 1, 2"});
     }
     const Read speeds(Lines({"[CorrectionTable]", twelve, "[DampingFactor=0.5]"}));
-    const Read columns(Lines({"[PolarTable=Main]", twelve.substr(0, 23), "[DampingFactor=1]"}));
     const Read rows(rowsText);
     const Read cut(Lines({"[CorrectionTable]", " 06, 12", "045, 3, 2"}));
     // 1e39 does not fit a 32-bit float.
     const Read huge(Lines({"[DampingFactor=0.25]", "[PolarTable=M]", "1" + std::string(39, '0')}));
-    const Read noName(Lines({"[PolarTable=", "[DampingFactor=0.5]"}));
-    for (const Read* read : {&speeds, &columns, &rows, &cut, &huge, &noName}) {
+    for (const Read* read : {&speeds, &rows, &cut, &huge}) {
         EXPECT_EQ(read->report.messages, Messages{kCorrupt});
         EXPECT_EQ(read->tables.DampingFactor, read == &huge ? 0.25f : 0.0f);
     }
@@ -125,26 +114,12 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
     EXPECT_EQ(speeds.tables.Correction.SpeedCount, 12);
     EXPECT_EQ(speeds.tables.Correction.WindSpeed[11], 11.0f);
     EXPECT_EQ(speeds.tables.Correction.ClassAngle[1], 45.0f);  // default, not reached
-    EXPECT_EQ(columns.table(0).ColumnCount, 11);
-    EXPECT_EQ(columns.table(0).ColumnAngle[10], 10.0f);
     EXPECT_EQ(rows.table(0).RowCount, 12);
     EXPECT_EQ(rows.table(0).Cell[11][1], 2.0f);
     EXPECT_EQ(cut.tables.Correction.SpeedCount, 2);
     EXPECT_EQ(cut.tables.Correction.AngleCorrection[2][1], 2.0f);
     EXPECT_EQ(cut.tables.Correction.ClassAngle[2], 90.0f);  // default
     EXPECT_EQ(huge.set().Count, 1);
-}
-
-TEST(PolarFileReader, ACorrectionTableCutShortByASectionKeepsTheRestAsItWas) {
-    const Read read(Lines(
-        {"[CorrectionTable]", "  06,  12", "045, 3.0, 2.0", "[DampingFactor=0.2]", "090, 9, 9"}));
-    const CorrectionTable& c = read.tables.Correction;
-    EXPECT_EQ(c.SpeedCount, 2);
-    EXPECT_EQ(c.AngleCorrection[1][1], 3.0f);
-    EXPECT_EQ(c.ClassAngle[2], 90.0f);
-    EXPECT_EQ(c.AngleCorrection[1][2], 0.0f);  // the stray class line after the section
-    EXPECT_EQ(read.tables.DampingFactor, 0.2f);
-    EXPECT_TRUE(read.report.messages.empty());
 }
 
 TEST(PolarFileReader, AFileThatCannotBeReadIsReportedAndLeavesNoTables) {

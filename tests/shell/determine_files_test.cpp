@@ -22,21 +22,6 @@ struct Chooser : testing::Harness {
     ProgramFiles out;
 };
 
-TEST(DetermineFiles, EverythingBesideTheProgram) {
-    Chooser run;
-    run.files.files[kProgramDir + "/SEACLEAR_2.INI"] =
-        "[Program Setup]\r\nDDE=1\r\nTrack Time=30\r\n";
-    run.files.files[kProgramDir + "/SeaClear_2.exe"] = "";
-    run.files.directories.insert(kProgramDir + "/traces");
-    ASSERT_TRUE(run.Start(""));
-    EXPECT_EQ(run.dialogs.messages, Texts{});
-    EXPECT_EQ(run.out.IniPath, "/opt/wl/SEACLEAR_2.INI");
-    EXPECT_EQ(run.out.Ini.TrackTime, 30.0f);
-    EXPECT_EQ(run.out.SeaClearDir, "/opt/wl");
-    EXPECT_EQ(run.out.TrackDir, "/opt/wl/traces");
-    EXPECT_EQ(run.out.SeaClearExe, "/opt/wl/SeaClear_2.exe");
-}
-
 TEST(DetermineFiles, NoSettingsFileEndsTheStart) {
     const struct {
         std::string commandLine, existing, message;
@@ -103,14 +88,12 @@ TEST(DetermineFiles, ChartPlotterProgram) {
         bool found;
         std::string message;
     } rows[] = {
-        {"directory from the file", kIni, "/win/sc", "/win/sc", "/win/sc", true, ""},
         {"from the file but not there: no fallback", kIni, "/win/sc", kProgramDir, "/win/sc", false,
          notInIniDir},
         {"beside the settings file, name in any case", kScDir + "/SEACLEAR_2.INI,M", "", kScDir,
          kScDir, true, ""},
         {"not beside the settings file", kIni, "", kProgramDir, kProgramDir, true, ""},
         {"another settings name", kScDir + "/my.ini", "", kScDir, kProgramDir, false, ""},
-        {"nowhere, with a command line: silent", kIni, "", "", kProgramDir, false, ""},
         {"nowhere, without a command line", "", "", "", kProgramDir, false, noExe},
     };
     for (const auto& row : rows) {

