@@ -248,7 +248,10 @@ void HeadlessRun::CloseRun() {
     if (parts_->seaTalkReplay) {
         parts_->seaTalkReplay->Stop();
     }
-    QCoreApplication::exit(0);
+    // Queued, so that a close during start-up (a replay that cannot be opened) still ends the
+    // event loop that is about to start; exit() before exec() would be lost.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 void HeadlessRun::Draw() {
