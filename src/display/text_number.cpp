@@ -56,33 +56,6 @@ double LeadingNumber(std::string_view text) {
     return negative ? -value : value;
 }
 
-bool IsDecimalNumber(std::string_view text) {
-    std::size_t begin = 0;
-    std::size_t end = text.size();
-    while (begin < end && IsBlank(text[begin])) {
-        ++begin;
-    }
-    while (end > begin && IsBlank(text[end - 1])) {
-        --end;
-    }
-    std::size_t i = begin;
-    if (i < end && (text[i] == '-' || text[i] == '+')) {
-        ++i;
-    }
-    int digits = 0;
-    int points = 0;
-    for (; i < end; ++i) {
-        if (IsDigit(text[i])) {
-            ++digits;
-        } else if (text[i] == '.' && points == 0) {
-            ++points;
-        } else {
-            return false;
-        }
-    }
-    return digits > 0;
-}
-
 std::optional<double> DecimalNumberValue(std::string_view text) {
     std::size_t begin = 0;
     std::size_t end = text.size();
@@ -120,6 +93,10 @@ std::optional<double> DecimalNumberValue(std::string_view text) {
         value = LeadingNumber(text.substr(begin, end - begin));
     }
     return negative ? -value : value;
+}
+
+bool IsDecimalNumber(std::string_view text) {
+    return DecimalNumberValue(text).has_value();
 }
 
 double RoundHalfEven(double value) {
