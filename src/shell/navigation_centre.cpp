@@ -31,7 +31,8 @@ NavigationCentre::NavigationCentre(const PlatformServices& services)
       log_(clock_, services.files, services.dialogs, services.logPath),
       link_(log_, services.programs),
       track_(TrackSettings{}, clock_, services.files, log_, services.dialogs, windHistory_,
-             windSamples_) {}
+             windSamples_),
+      power_(services.battery, services.alarm) {}
 
 bool NavigationCentre::ReadFlagSetting(const char* key) {
     bool value = false;
@@ -243,7 +244,7 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     LoadPolarTables();
     LoadWindHistory();
 
-    state_.AlarmState = -2;  // the battery alarm starts with its sound check
+    power_.StartWithSoundCheck();
     ChooseDataSource();
     displayMark_ = 999.0F;
     log_.DebugWriteLine("Form_Load complete");
@@ -251,7 +252,7 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
 }
 
 bool NavigationCentre::Timer1_Timer() {
-    // The battery check runs on every tick once the battery monitor is part of the run.
+    power_.PowerCheck(clock_.NowUtc(), state_.SetSoundLoud);
     return state_.DdeMode && !state_.Replay && link_.OnTimerTick();
 }
 

@@ -14,6 +14,7 @@
 #include "livedata/field_table.h"
 #include "performance/performance_tables.h"
 #include "performance/table_lookup.h"
+#include "power/power_monitor.h"
 #include "seatalk/seatalk_input.h"
 #include "shell/clock.h"
 #include "shell/configuration.h"
@@ -41,8 +42,7 @@ struct RunState {
     // Start-up and the run.
     int CaptionHeight = 0;  // twips
     bool PolarTablesOn = false;
-    bool Replay = false;  // data lines come from a recorded file, not from the link
-    std::int16_t AlarmState = 0;
+    bool Replay = false;     // data lines come from a recorded file, not from the link
     int Timer1Interval = 0;  // milliseconds, 0 = stopped
 };
 
@@ -119,6 +119,10 @@ class NavigationCentre : private DataLineSink {
     // What the last data line did to the display (its error, the rows written, the last row).
     const DisplayOutcome& LastDisplay() const { return lastDisplay_; }
     const WindData& WindHistory() const { return windHistory_; }
+    // The battery monitor: its status text and alarm state; the alarm window acknowledges
+    // through it.
+    PowerMonitor& Power() { return power_; }
+    const PowerMonitor& Power() const { return power_; }
     const WindData& WindSamples() const { return windSamples_; }
 
   private:
@@ -152,6 +156,7 @@ class NavigationCentre : private DataLineSink {
     WindData windSamples_;
     TrackWriter track_;
     std::unique_ptr<SeaTalkInput> seaTalk_;
+    PowerMonitor power_;
     DateTime seaTalkLineTime_ = 0;  // the bus time of the SeaTalk line being handled
 
     // Values of the display computation that start-up sets and nothing reads; kept so that

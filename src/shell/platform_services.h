@@ -5,6 +5,8 @@
 #include <string>
 
 #include "livedata/chart_plotter_link.h"
+#include "power/battery_status.h"
+#include "power/power_alarm.h"
 #include "shell/clock.h"
 #include "shell/file_system.h"
 #include "shell/settings_store.h"
@@ -56,6 +58,8 @@ struct PlatformServices {
     SettingsStore& settings;
     MainWindowFrame& window;
     ProgramStarter& programs;  // starts the chart plotter's program
+    BatterySource& battery;
+    PowerAlarm& alarm;  // the alarm window and the sound check
     ProgramInfo program;
     std::string logPath;  // the diagnostic log file
 };

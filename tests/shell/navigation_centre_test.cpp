@@ -35,8 +35,8 @@ struct Boat {
 
     NavigationCentre& Start(const std::string& commandLine, bool replay = false) {
         const ProgramInfo program{"Wakeline", 1, 1, 35, "/opt/wakeline"};
-        centre = std::make_unique<NavigationCentre>(
-            PlatformServices{clock, files, dialogs, settings, frame, programs, program, kLogPath});
+        centre = std::make_unique<NavigationCentre>(PlatformServices{
+            clock, files, dialogs, settings, frame, programs, battery, alarm, program, kLogPath});
         if (replay) {
             centre->UseReplay();
         }
@@ -56,6 +56,8 @@ struct Boat {
     testing::FakeClock clock;
     testing::FakeFileSystem files;
     testing::FakeProgramStarter programs;
+    testing::FakeBattery battery;
+    testing::RecordingAlarm alarm;
     testing::RecordingDialogs dialogs;
     MemorySettingsStore settings;
     DetachedFrame frame;
@@ -211,11 +213,15 @@ TEST(DataLine, IsShownAndRecordedUnlessItFails) {
 
 TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     Boat boat;
+    boat.battery.status = {50, BatteryStatus::kChargingFlag};
     boat.files.files["/opt/wakeline/SeaClear_2.exe"] = "";
     boat.files.files["/opt/wakeline/SEACLEAR_2.INI"] = "[Program Setup]\r\nDDE=1\r\n";
     boat.files.directories.insert("/opt/wakeline/traces");
     NavigationCentre& linked = boat.Start("");
     ASSERT_TRUE(linked.Timer1_Timer());
+    // Every tick checks the battery; the first one runs the sound check, not loud by default.
+    EXPECT_EQ(linked.Power().StatusText(), "50% - charging  00:00");
+    EXPECT_EQ(boat.alarm.soundChecks, (std::vector<std::pair<bool, bool>>{{false, false}}));
     EXPECT_FALSE(linked.OnLinkConnectFailed());
     EXPECT_EQ(boat.programs.started, Texts{"/opt/wakeline/SeaClear_2.exe"});
 

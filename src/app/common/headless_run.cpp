@@ -7,7 +7,10 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <optional>
 
+#include "app/common/headless_power_alarm.h"
 #include "app/common/signal_watcher.h"
 #include "app/common/stderr_dialogs.h"
 #include "display/terminal_display.h"
@@ -15,6 +18,7 @@
 #include "livedata/platform/program_launcher.h"
 #include "livedata/platform/replay_source.h"
 #include "livedata/platform/tcp_link.h"
+#include "power/platform/system_battery.h"
 #include "seatalk/platform/replay_stream.h"
 #include "seatalk/platform/serial_port.h"
 #include "shell/navigation_centre.h"
@@ -55,12 +59,28 @@ std::string Latin1ForTerminal(const std::string& bytes) {
         .toStdString();
 }
 
+std::unique_ptr<BatterySource> MakeBattery(const std::optional<std::string>& powerSupply) {
+    if (powerSupply) {
+        return std::make_unique<SystemBattery>(*powerSupply);
+    }
+    return std::make_unique<SystemBattery>();
+}
+
+void RunQueued(std::function<void()> action) {
+    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action),
+                              Qt::QueuedConnection);
+}
+
 }  // namespace
 
 struct HeadlessRun::Parts {
-    explicit Parts(const std::string& logPath)
-        : centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, ThisProgram(),
-                                  logPath}) {}
+    Parts(const std::string& logPath, const std::optional<std::string>& powerSupply)
+        : battery(MakeBattery(powerSupply)),
+          alarm(dialogs, RunQueued),
+          centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, *battery, alarm,
+                                  ThisProgram(), logPath}) {
+        alarm.SetAcknowledge([this] { centre.Power().Noticed(centre.Clock().NowUtc()); });
+    }
 
     SystemClock clock;
     DurableFileSystem files;
@@ -68,6 +88,8 @@ struct HeadlessRun::Parts {
     QtSettingsStore settings;
     DetachedFrame frame;
     ProgramLauncher launcher;
+    std::unique_ptr<BatterySource> battery;
+    HeadlessPowerAlarm alarm;
     NavigationCentre centre;
     QTimer timer1;
     SignalWatcher termination;
@@ -77,6 +99,7 @@ struct HeadlessRun::Parts {
     std::unique_ptr<SeaTalkReplayStream> seaTalkReplay;
     bool drawOnTerminal = false;
     std::string loggedStatus;
+    std::string drawnPowerStatus;
     bool closing = false;
 };
 
@@ -96,7 +119,7 @@ int HeadlessRun::Start() {
     // line's choice. A directory that cannot be made only costs the log lines.
     QDir().mkpath(QFileInfo(QString::fromStdString(logPath)).absolutePath());
 
-    parts_ = std::make_unique<Parts>(logPath);
+    parts_ = std::make_unique<Parts>(logPath, options_.powerSupply);
     NavigationCentre& centre = parts_->centre;
     parts_->dialogs.AttachLog(&centre.Log());
     parts_->drawOnTerminal = ::isatty(STDOUT_FILENO) == 1;
@@ -212,6 +235,10 @@ void HeadlessRun::OnTick() {
     if (parts_->centre.Timer1_Timer() && parts_->link) {
         parts_->link->Connect();
     }
+    // The battery line changes between data lines; redraw only when it did.
+    if (parts_->centre.Power().StatusText() != parts_->drawnPowerStatus) {
+        Draw();
+    }
 }
 
 void HeadlessRun::OnDataLine(const QByteArray& line, bool replay) {
@@ -259,9 +286,10 @@ void HeadlessRun::Draw() {
         return;
     }
     const NavigationCentre& centre = parts_->centre;
-    const std::string text =
-        RenderTerminalDisplay(centre.Fields(), centre.Display().Captions(),
-                              centre.LastDisplay().lastRow, {centre.LinkStatus().text});
+    parts_->drawnPowerStatus = centre.Power().StatusText();
+    const std::string text = RenderTerminalDisplay(
+        centre.Fields(), centre.Display().Captions(), centre.LastDisplay().lastRow,
+        {centre.LinkStatus().text, parts_->drawnPowerStatus});
     // Home and clear, then the whole display at once, so that it is redrawn in place.
     const std::string screen = "\x1b[H\x1b[J" + Latin1ForTerminal(text);
     std::fwrite(screen.data(), 1, screen.size(), stdout);

@@ -56,6 +56,8 @@ ParsedOptions ParseProgramOptions(const std::vector<std::string>& words) {
             optionalTarget = &options.seaTalkReplay;
         } else if (name == "--log") {
             optionalTarget = &options.logPath;
+        } else if (name == "--power-supply") {
+            optionalTarget = &options.powerSupply;
         } else {
             return {std::nullopt, "unknown option " + name};
         }
@@ -96,6 +98,8 @@ std::string ProgramUsage() {
            "  --seatalk-replay FILE  a recorded SeaTalk byte stream instead of the port\n"
            "  --log FILE             the diagnostic log (default\n"
            "                         $XDG_STATE_HOME/wakeline/WakelineDebug.txt)\n"
+           "  --power-supply DIR     read the battery from DIR, laid out like\n"
+           "                         /sys/class/power_supply (default: UPower, then the kernel)\n"
            "  --help, --version\n";
 }
 

@@ -16,6 +16,9 @@ struct ProgramOptions {
     std::string serial = "/dev/ttyS0";     // the SeaTalk port
     std::optional<std::string> seaTalkReplay;
     std::optional<std::string> logPath;
+    // A directory laid out like /sys/class/power_supply to read the battery from, instead of
+    // asking UPower and the kernel.
+    std::optional<std::string> powerSupply;
     std::string commandLine;  // the remaining words joined with single spaces
 };
 

@@ -44,6 +44,34 @@ TEST(Headless, AReplayThatCannotBeOpenedEndsTheRun) {
     EXPECT_TRUE(process.readAllStandardError().contains("cannot open"));
 }
 
+TEST(Headless, ALowBatteryIsReportedOnceAndCountsAsNoticed) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(QDir(dir.path()).mkpath("boat/traces"));
+    ASSERT_TRUE(QDir(dir.path()).mkpath("power/BAT0"));
+    const QString ini = dir.filePath("boat/SeaClear_2.ini");
+    std::ofstream(ini.toStdString(), std::ios::binary) << "[Program Setup]\r\nDDE=1\r\n";
+    std::ofstream(dir.filePath("power/BAT0/type").toStdString()) << "Battery\n";
+    std::ofstream(dir.filePath("power/BAT0/capacity").toStdString()) << "25\n";
+    std::ofstream(dir.filePath("power/BAT0/status").toStdString()) << "Discharging\n";
+    QProcess process;
+    Prepare(process, dir);
+    // Nobody listens on the link: the timer runs on, checking the battery on every tick.
+    process.start(WAKELINE_BINARY, {"--headless", "--power-supply", dir.filePath("power"), "--link",
+                                    "127.0.0.1:1", ini});
+    QByteArray errors;
+    for (int i = 0; i < 100 && !errors.contains("Warning Batteries"); ++i) {
+        process.waitForReadyRead(100);
+        errors += process.readAllStandardError();
+    }
+    // Long enough for many more checks: acknowledged, the warning is not repeated.
+    process.waitForFinished(1000);
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(10000));
+    errors += process.readAllStandardError();
+    EXPECT_EQ(errors.count("Warning Batteries"), 1) << errors.toStdString();
+    EXPECT_EQ(process.exitCode(), 0);
+}
+
 TEST(Headless, UsageErrorsAndHelp) {
     QProcess process;
     process.start(WAKELINE_BINARY, {"--no-such-option"});
