@@ -1,6 +1,5 @@
 #include "power/platform/upower_battery.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QVariantMap>
@@ -12,14 +11,14 @@ namespace {
 
 // A hung service must not stall the main timer, which also drives the chart-plotter link.
 constexpr int kReplyTimeoutMs = 250;
-// UPower's device states: 1 charging, 5 pending charge (plugged in, waiting to charge).
+// UPower's device state 1 is charging; the others (discharging, empty, full, pending)
+// are not.
 constexpr uint kStateCharging = 1;
 
 }  // namespace
 
 std::optional<BatteryStatus> UPowerBattery::TryRead() {
-    QDBusConnection bus = QDBusConnection::systemBus();
-    if (!bus.isConnected()) {
+    if (!bus_.isConnected()) {
         return std::nullopt;
     }
     // A plain method call: a QDBusInterface would first ask the service to describe itself,
@@ -28,7 +27,7 @@ std::optional<BatteryStatus> UPowerBattery::TryRead() {
         "org.freedesktop.UPower", "/org/freedesktop/UPower/devices/DisplayDevice",
         "org.freedesktop.DBus.Properties", "GetAll");
     call << QStringLiteral("org.freedesktop.UPower.Device");
-    const QDBusReply<QVariantMap> reply = bus.call(call, QDBus::Block, kReplyTimeoutMs);
+    const QDBusReply<QVariantMap> reply = bus_.call(call, QDBus::Block, kReplyTimeoutMs);
     if (!reply.isValid()) {
         return std::nullopt;
     }
