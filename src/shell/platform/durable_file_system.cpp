@@ -1,8 +1,8 @@
 #include "shell/platform/durable_file_system.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
+#include <cerrno>
 
 #include <string>
 

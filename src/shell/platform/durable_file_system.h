@@ -8,7 +8,7 @@
 namespace wakeline {
 
 class DurableFileSystem : public StdFileSystem {
-public:
+  public:
     bool AppendDurably(const std::string& path, std::string_view bytes) override;
     bool ReplaceFile(const std::string& path, std::string_view bytes) override;
 };
