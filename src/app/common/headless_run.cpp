@@ -59,13 +59,6 @@ std::string Latin1ForTerminal(const std::string& bytes) {
         .toStdString();
 }
 
-std::unique_ptr<BatterySource> MakeBattery(const std::optional<std::string>& powerSupply) {
-    if (powerSupply) {
-        return std::make_unique<SystemBattery>(*powerSupply);
-    }
-    return std::make_unique<SystemBattery>();
-}
-
 void RunQueued(std::function<void()> action) {
     QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action),
                               Qt::QueuedConnection);
@@ -75,9 +68,9 @@ void RunQueued(std::function<void()> action) {
 
 struct HeadlessRun::Parts {
     Parts(const std::string& logPath, const std::optional<std::string>& powerSupply)
-        : battery(MakeBattery(powerSupply)),
+        : battery(powerSupply),
           alarm(dialogs, RunQueued),
-          centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, *battery, alarm,
+          centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, battery, alarm,
                                   ThisProgram(), logPath}) {
         alarm.SetAcknowledge([this] { centre.Power().Noticed(centre.Clock().NowUtc()); });
     }
@@ -88,7 +81,7 @@ struct HeadlessRun::Parts {
     QtSettingsStore settings;
     DetachedFrame frame;
     ProgramLauncher launcher;
-    std::unique_ptr<BatterySource> battery;
+    SystemBattery battery;
     HeadlessPowerAlarm alarm;
     NavigationCentre centre;
     QTimer timer1;
@@ -236,7 +229,7 @@ void HeadlessRun::OnTick() {
         parts_->link->Connect();
     }
     // The battery line changes between data lines; redraw only when it did.
-    if (parts_->centre.Power().StatusText() != parts_->drawnPowerStatus) {
+    if (parts_->drawOnTerminal && parts_->centre.Power().StatusText() != parts_->drawnPowerStatus) {
         Draw();
     }
 }

@@ -13,7 +13,9 @@ namespace wakeline {
 class SysfsBattery : public BatterySource {
   public:
     // `root` is the power_supply directory; tests point it at a directory of the same layout.
-    explicit SysfsBattery(std::string root = "/sys/class/power_supply") : root_(std::move(root)) {}
+    static constexpr const char* kKernelRoot = "/sys/class/power_supply";
+
+    explicit SysfsBattery(std::string root = kKernelRoot) : root_(std::move(root)) {}
 
     // The mean capacity of the computer's batteries, charging when any of them charges;
     // unknown (255) when there is none, or none gives a capacity.

@@ -16,9 +16,9 @@ namespace wakeline {
 
 class SystemBattery : public BatterySource {
   public:
-    SystemBattery() = default;
-    // Only the power_supply directory `root` is read; UPower is not asked.
-    explicit SystemBattery(std::string root) : sysfs_(std::move(root)), askUPower_(false) {}
+    // With `root`, only that power_supply directory is read and UPower is not asked.
+    explicit SystemBattery(const std::optional<std::string>& root = std::nullopt)
+        : sysfs_(root.value_or(SysfsBattery::kKernelRoot)), askUPower_(!root) {}
 
     BatteryStatus Read() override;
 

@@ -89,12 +89,8 @@ bool SeaTalkSerialPort::Start() {
         return true;
     }
     lastProblem_ = problem;
-    const QString text =
-        QStringLiteral("SeaTalk port %1 cannot be opened: %2; trying again every %3 seconds")
-            .arg(device_, problem)
-            .arg(retryTimer_.interval() / 1000.0);
-    Q_EMIT logLine(text);
-    Q_EMIT userMessage(text);
+    Report(QStringLiteral("SeaTalk port %1 cannot be opened: %2; trying again every %3 seconds"),
+           problem);
     retryTimer_.start();
     return false;
 }
@@ -197,14 +193,17 @@ void SeaTalkSerialPort::ReadAvailable() {
     }
 }
 
-void SeaTalkSerialPort::Lose(const QString& why) {
-    Close();
-    const QString text =
-        QStringLiteral("SeaTalk port %1 was lost (%2); trying to open it again every %3 seconds")
-            .arg(device_, why)
-            .arg(retryTimer_.interval() / 1000.0);
+void SeaTalkSerialPort::Report(const QString& pattern, const QString& why) {
+    const QString text = pattern.arg(device_, why).arg(retryTimer_.interval() / 1000.0);
     Q_EMIT logLine(text);
     Q_EMIT userMessage(text);
+}
+
+void SeaTalkSerialPort::Lose(const QString& why) {
+    Close();
+    Report(
+        QStringLiteral("SeaTalk port %1 was lost (%2); trying to open it again every %3 seconds"),
+        why);
     Q_EMIT lost();
     if (running_) {
         retryTimer_.start();

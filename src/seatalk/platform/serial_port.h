@@ -61,6 +61,8 @@ class SeaTalkSerialPort : public QObject {
     void Close();
     void ReadAvailable();
     void Lose(const QString& why);
+    // Logs and tells the user `pattern` filled with the device, `why` and the retry seconds.
+    void Report(const QString& pattern, const QString& why);
     void Retry();
 
     QString device_;
