@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "base/date_time.h"
 #include "livedata/voyage_simulator.h"
-#include "shell/date_time.h"
 
 extern char** environ;
 

@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "shell/clock.h"
-#include "shell/diagnostic_log.h"
-#include "shell/file_system.h"
-#include "shell/user_dialogs.h"
+#include "base/clock.h"
+#include "base/diagnostic_log.h"
+#include "base/file_system.h"
+#include "base/user_dialogs.h"
 #include "track/track_writer.h"
 #include "wind/wind_data.h"
 #include "wind/wind_file.h"

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "app/common/headless_run.h"
-#include "app/common/program_options.h"
-#include "app/common/signal_watcher.h"
+#include "app/program_options.h"
+#include "shell/platform/headless_run.h"
+#include "shell/platform/signal_watcher.h"
 #include "wakeline_version.h"
 
 int main(int argc, char** argv) {

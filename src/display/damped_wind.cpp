@@ -1,6 +1,6 @@
 #include "display/damped_wind.h"
 
-#include "display/single_precision.h"
+#include "base/single_precision.h"
 
 namespace wakeline {
 namespace {

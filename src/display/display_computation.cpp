@@ -1,11 +1,11 @@
 #include "display/display_computation.h"
 
+#include "base/diagnostic_log.h"
+#include "base/number_format.h"
+#include "base/single_precision.h"
+#include "base/text_number.h"
 #include "display/navigation.h"
-#include "display/number_format.h"
-#include "display/single_precision.h"
-#include "display/text_number.h"
 #include "livedata/data_line.h"
-#include "shell/diagnostic_log.h"
 
 namespace wakeline {
 namespace {
@@ -243,6 +243,30 @@ void DisplayComputation::WriteCaptions(DisplayOutcome& outcome) {
             outcome.lastRow = 22;
         }
     }
+}
+
+std::string LogCleanUp(std::string_view text) {
+    if (text.empty()) {
+        return "";
+    }
+    const std::string_view integerPart = text.substr(0, text.find('.'));
+    const double value = LeadingNumber(integerPart);
+    // The reading's integer digits carry two implied decimals: "123" is 1.23, "45" 4.5.
+    double scaled = 0;
+    switch (integerPart.size()) {
+        case 1:
+            scaled = value;
+            break;
+        case 2:
+            scaled = value / 10;
+            break;
+        case 3:
+            scaled = value / 100;
+            break;
+        default:
+            return "";
+    }
+    return FormatToWidth(static_cast<float>(scaled), "0.00", 0);
 }
 
 }  // namespace wakeline

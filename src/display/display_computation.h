@@ -77,4 +77,9 @@ class DisplayComputation {
     std::array<std::string, kFieldCount> captions_;
 };
 
+// The integer digits of a reading as a value with implied decimals, "0.00": "123.4" gives
+// "1.23", "45" "4.50", "7.9" "7.00"; an empty text, or an integer part of 4 or more
+// characters, gives "". Used to repair the water-speed text under the feet option.
+std::string LogCleanUp(std::string_view text);
+
 }  // namespace wakeline

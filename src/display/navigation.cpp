@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
-#include "display/number_format.h"
-#include "display/text_number.h"
+#include "base/number_format.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 namespace {

@@ -11,8 +11,10 @@
 #include <string>
 #include <string_view>
 
-#include "shell/date_time.h"
-#include "shell/diagnostic_log.h"
+#include "base/date_time.h"
+#include "base/diagnostic_log.h"
+#include "livedata/data_line_sink.h"
+#include "livedata/program_starter.h"
 
 namespace wakeline {
 
@@ -22,24 +24,6 @@ inline constexpr std::int16_t kLinkModeNotify = 3;
 
 // The status label's height once data arrive: one text line, in twips.
 inline constexpr int kStatusLabelDataHeight = 255;
-
-// Starts another program, detached from this one. Returns an empty text when it was started,
-// otherwise the reason why it could not be (which the link logs).
-class ProgramStarter {
-  public:
-    virtual ~ProgramStarter() = default;
-    virtual std::string StartProgram(const std::string& path) = 0;
-};
-
-// Where a new data line goes: the live display and the track writer.
-class DataLineSink {
-  public:
-    virtual ~DataLineSink() = default;
-    // Computes and shows the live display; false when the line could not be displayed, and
-    // such a line is not recorded.
-    virtual bool TraceDisplayLine(const std::string& line) = 0;
-    virtual void TraceWriteLine(const std::string& line, bool force) = 0;
-};
 
 // What a failed attempt to link asks of the main window.
 struct LinkFailure {

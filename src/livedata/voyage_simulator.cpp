@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "display/number_format.h"
+#include "base/number_format.h"
 
 namespace wakeline {
 namespace {

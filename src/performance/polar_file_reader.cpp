@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "display/text_number.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 namespace {

@@ -17,8 +17,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/file_system.h"
 #include "performance/performance_tables.h"
-#include "shell/file_system.h"
 
 namespace wakeline {
 

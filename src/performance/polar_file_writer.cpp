@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "display/number_format.h"
+#include "base/number_format.h"
 
 namespace wakeline {
 namespace {

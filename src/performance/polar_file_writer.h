@@ -8,9 +8,9 @@
 #include <optional>
 #include <string>
 
+#include "base/date_time.h"
+#include "base/file_system.h"
 #include "performance/performance_tables.h"
-#include "shell/date_time.h"
-#include "shell/file_system.h"
 
 namespace wakeline {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "display/text_number.h"
+#include "base/text_number.h"
 #include "performance/checked_arithmetic.h"
 
 namespace wakeline {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "shell/date_time.h"
+#include "base/date_time.h"
 
 namespace wakeline {
 

@@ -1,6 +1,6 @@
 #include "power/power_monitor.h"
 
-#include "shell/elapsed_seconds.h"
+#include "base/elapsed_seconds.h"
 
 namespace wakeline {
 namespace {

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <numbers>
 
-#include "display/single_precision.h"
-#include "display/text_number.h"
+#include "base/single_precision.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 namespace {

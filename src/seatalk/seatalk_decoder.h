@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "shell/date_time.h"
+#include "base/date_time.h"
 
 namespace wakeline {
 

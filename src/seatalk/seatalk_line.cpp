@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "display/number_format.h"
+#include "base/number_format.h"
 
 namespace wakeline {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <string>
 
+#include "base/date_time.h"
 #include "seatalk/seatalk_decoder.h"
-#include "shell/date_time.h"
 
 namespace wakeline {
 

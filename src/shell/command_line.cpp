@@ -1,7 +1,7 @@
 #include "shell/command_line.h"
 
-#include "display/text_number.h"
-#include "shell/ascii_case.h"
+#include "base/ascii_case.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "display/text_number.h"
-#include "shell/ascii_case.h"
+#include "base/ascii_case.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 namespace {

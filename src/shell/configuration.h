@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string>
 
-#include "shell/diagnostic_log.h"
-#include "shell/file_system.h"
-#include "shell/user_dialogs.h"
+#include "base/diagnostic_log.h"
+#include "base/file_system.h"
+#include "base/user_dialogs.h"
 
 namespace wakeline {
 

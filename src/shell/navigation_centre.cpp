@@ -1,10 +1,10 @@
 #include "shell/navigation_centre.h"
 
-#include "display/text_number.h"
+#include "base/ascii_case.h"
+#include "base/text_number.h"
 #include "livedata/replay_line.h"
 #include "performance/polar_file_reader.h"
 #include "performance/table_defaults.h"
-#include "shell/ascii_case.h"
 #include "shell/command_line.h"
 #include "wind/wind_file.h"
 

@@ -10,15 +10,16 @@
 #include <string_view>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/diagnostic_log.h"
 #include "display/display_computation.h"
+#include "livedata/chart_plotter_link.h"
 #include "livedata/field_table.h"
 #include "performance/performance_tables.h"
 #include "performance/table_lookup.h"
 #include "power/power_monitor.h"
 #include "seatalk/seatalk_input.h"
-#include "shell/clock.h"
 #include "shell/configuration.h"
-#include "shell/diagnostic_log.h"
 #include "shell/platform_services.h"
 #include "track/track_writer.h"
 #include "wind/wind_data.h"

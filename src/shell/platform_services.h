@@ -4,13 +4,13 @@
 
 #include <string>
 
-#include "livedata/chart_plotter_link.h"
+#include "base/clock.h"
+#include "base/file_system.h"
+#include "base/settings_store.h"
+#include "base/user_dialogs.h"
+#include "livedata/program_starter.h"
 #include "power/battery_status.h"
 #include "power/power_alarm.h"
-#include "shell/clock.h"
-#include "shell/file_system.h"
-#include "shell/settings_store.h"
-#include "shell/user_dialogs.h"
 
 namespace wakeline {
 

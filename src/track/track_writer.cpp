@@ -4,9 +4,9 @@
 #include <limits>
 #include <utility>
 
+#include "base/elapsed_seconds.h"
+#include "base/text_number.h"
 #include "display/navigation.h"
-#include "display/text_number.h"
-#include "shell/elapsed_seconds.h"
 #include "wind/wind_file.h"
 
 namespace wakeline {

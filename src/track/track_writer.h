@@ -16,11 +16,11 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/clock.h"
-#include "shell/date_time.h"
-#include "shell/diagnostic_log.h"
-#include "shell/file_system.h"
-#include "shell/user_dialogs.h"
+#include "base/clock.h"
+#include "base/date_time.h"
+#include "base/diagnostic_log.h"
+#include "base/file_system.h"
+#include "base/user_dialogs.h"
 #include "track/track_settings.h"
 #include "wind/wind_data.h"
 

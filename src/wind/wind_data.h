@@ -6,7 +6,7 @@
 #include <array>
 #include <cstdint>
 
-#include "shell/date_time.h"
+#include "base/date_time.h"
 
 namespace wakeline {
 

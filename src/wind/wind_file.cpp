@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "shell/elapsed_seconds.h"
+#include "base/elapsed_seconds.h"
 
 namespace wakeline {
 namespace {

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "shell/date_time.h"
-#include "shell/file_system.h"
+#include "base/date_time.h"
+#include "base/file_system.h"
 #include "wind/wind_data.h"
 
 namespace wakeline {

@@ -206,5 +206,15 @@ TEST_F(DisplayComputationTest, PolarTablesAddCorrectedWindAndTarget) {
               "TraceDisplayLine: overflow in the target speed");
 }
 
+TEST(LogCleanUp, IntegerDigitsCarryTwoImpliedDecimals) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"", ""},          {"1234", ""},    {".5", ""},           {"5", "5.00"},   {"12", "1.20"},
+        {"123.4", "1.23"}, {"7.9", "7.00"}, {"12.345.6", "1.20"}, {"-5", "-0.50"}, {"a", "0.00"},
+    };
+    for (const auto& [text, result] : rows) {
+        EXPECT_EQ(LogCleanUp(text), result) << '"' << text << '"';
+    }
+}
+
 }  // namespace
 }  // namespace wakeline

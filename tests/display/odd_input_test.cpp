@@ -6,9 +6,9 @@
 #include <limits>
 #include <string>
 
+#include "base/number_format.h"
+#include "base/text_number.h"
 #include "display/navigation.h"
-#include "display/number_format.h"
-#include "display/text_number.h"
 
 namespace wakeline {
 namespace {

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "base/date_time.h"
 #include "performance/polar_file_reader.h"
 #include "performance/polar_file_writer.h"
 #include "performance/table_defaults.h"
-#include "shell/date_time.h"
 #include "support/fakes.h"
 
 namespace wakeline {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/fakes.h"
+#include "support/run_fakes.h"
 
 namespace wakeline {
 namespace {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/fakes.h"
+#include "support/run_fakes.h"
 #include "wind/wind_file.h"
 
 namespace wakeline {

@@ -10,12 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "livedata/chart_plotter_link.h"
-#include "power/battery_status.h"
-#include "power/power_alarm.h"
-#include "shell/clock.h"
-#include "shell/file_system.h"
-#include "shell/user_dialogs.h"
+#include "base/clock.h"
+#include "base/file_system.h"
+#include "base/user_dialogs.h"
 
 namespace wakeline::testing {
 
@@ -89,39 +86,6 @@ class RecordingDialogs : public UserDialogs {
 
     std::vector<std::string> messages;  // ShowMessage and AskOkCancel texts
     bool okCancelAnswer = true;
-};
-
-// Records the programs it was asked to start; starting always works.
-class FakeProgramStarter : public ProgramStarter {
-  public:
-    std::string StartProgram(const std::string& path) override {
-        started.push_back(path);
-        return "";
-    }
-    std::vector<std::string> started;
-};
-
-// A battery that reads what the test set.
-class FakeBattery : public BatterySource {
-  public:
-    BatteryStatus Read() override { return status; }
-    BatteryStatus status;
-};
-
-// Records the alarm messages that were shown and answers the sound check as told.
-class RecordingAlarm : public PowerAlarm {
-  public:
-    void ShowPowerAlarm(const PowerState& state, DateTime now) override {
-        shown.push_back(AlarmMessage(state, now));
-    }
-    std::int16_t CheckSoundLevels(bool loud, bool restore) override {
-        soundChecks.push_back({loud, restore});
-        return soundCheckAnswer;
-    }
-
-    std::vector<std::string> shown;
-    std::vector<std::pair<bool, bool>> soundChecks;  // (loud, restore)
-    std::int16_t soundCheckAnswer = 0;
 };
 
 }  // namespace wakeline::testing

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "shell/clock.h"
-#include "shell/diagnostic_log.h"
+#include "base/clock.h"
+#include "base/diagnostic_log.h"
 #include "support/fakes.h"
 
 namespace wakeline::testing {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "shell/date_time.h"
+#include "base/date_time.h"
 #include "wind/wind_data.h"
 
 namespace wakeline {

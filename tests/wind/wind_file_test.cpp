@@ -4,7 +4,7 @@
 #include <limits>
 #include <string>
 
-#include "shell/date_time.h"
+#include "base/date_time.h"
 #include "wind/wind_file.h"
 
 namespace wakeline {

@@ -12,13 +12,13 @@
 #include "app/tool/bounded_line_reader.h"
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
+#include "base/file_system.h"
 #include "display/display_computation.h"
 #include "display/performance_lookup.h"
 #include "livedata/field_table.h"
 #include "performance/polar_file_reader.h"
 #include "performance/table_defaults.h"
 #include "performance/table_lookup.h"
-#include "shell/file_system.h"
 
 namespace wakeline::tool {
 namespace {

@@ -14,16 +14,16 @@
 
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
-#include "display/number_format.h"
-#include "display/text_number.h"
+#include "base/clock.h"
+#include "base/file_system.h"
+#include "base/number_format.h"
+#include "base/platform/system_clock.h"
+#include "base/text_number.h"
 #include "performance/polar_file_reader.h"
 #include "performance/polar_file_writer.h"
 #include "performance/table_defaults.h"
 #include "performance/target_speed.h"
 #include "performance/wind_correction.h"
-#include "shell/clock.h"
-#include "shell/file_system.h"
-#include "shell/platform/system_clock.h"
 
 namespace wakeline::tool {
 namespace {

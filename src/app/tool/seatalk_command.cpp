@@ -17,13 +17,13 @@
 
 #include <nlohmann/json.hpp>
 
-#include "app/common/signal_watcher.h"
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
+#include "base/clock.h"
+#include "base/platform/system_clock.h"
 #include "seatalk/platform/serial_port.h"
 #include "seatalk/seatalk_input.h"
-#include "shell/clock.h"
-#include "shell/platform/system_clock.h"
+#include "shell/platform/signal_watcher.h"
 
 namespace wakeline::tool {
 namespace {

@@ -21,9 +21,9 @@
 #include <string_view>
 
 #include "app/tool/commands.h"
+#include "base/date_time.h"
 #include "livedata/replay_line.h"
 #include "livedata/voyage_simulator.h"
-#include "shell/date_time.h"
 
 namespace wakeline::tool {
 namespace {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "display/text_number.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 namespace {

@@ -4,7 +4,7 @@
 #include <QDBusReply>
 #include <QVariantMap>
 
-#include "display/text_number.h"
+#include "base/text_number.h"
 
 namespace wakeline {
 namespace {

@@ -1,6 +1,6 @@
 // The battery alarm without a window: written once, acknowledged after the check.
 
-#include "app/common/headless_power_alarm.h"
+#include "shell/platform/headless_power_alarm.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,30 @@
+#include "shell/platform/stderr_dialogs.h"
+
+#include <cstdio>
+
+namespace wakeline {
+
+void StderrDialogs::Write(const std::string& text, const char* answer) {
+    std::fprintf(stderr, "Wakeline: %s%s\n", text.c_str(), answer);
+    std::fflush(stderr);
+    if (log_ != nullptr && log_->Mode() == kDebugLogFile) {
+        log_->DebugWriteLine(text);
+    }
+}
+
+void StderrDialogs::ShowMessage(const std::string& text) {
+    Write(text, "");
+}
+
+bool StderrDialogs::AskOkCancel(const std::string& text) {
+    Write(text, " [OK]");
+    return true;
+}
+
+std::optional<std::string> StderrDialogs::AskText(const std::string& prompt,
+                                                  const std::string& title) {
+    Write(title + ": " + prompt, " [Cancel]");
+    return std::nullopt;
+}
+
+}  // namespace wakeline
