@@ -1,80 +1,76 @@
 #include "app/program_options.h"
 
+#include <QCommandLineParser>
+
+#include "app/command_line_options.h"
+
 namespace wakeline {
 
+namespace {
+
+// An option with a value; an empty value is as good as a missing one.
+struct ValueOption {
+    const char* name;
+    const char* valueName;
+    std::string ProgramOptions::*text = nullptr;
+    std::optional<std::string> ProgramOptions::*optionalText = nullptr;
+};
+
+const ValueOption kValueOptions[] = {
+    {"link", "HOST:PORT", &ProgramOptions::link, nullptr},
+    {"replay", "FILE", nullptr, &ProgramOptions::replay},
+    {"serial", "DEVICE", &ProgramOptions::serial, nullptr},
+    {"seatalk-replay", "FILE", nullptr, &ProgramOptions::seaTalkReplay},
+    {"log", "FILE", nullptr, &ProgramOptions::logPath},
+    {"power-supply", "DIR", nullptr, &ProgramOptions::powerSupply},
+};
+
+}  // namespace
+
 ParsedOptions ParseProgramOptions(const std::vector<std::string>& words) {
+    QCommandLineParser parser;
+    const QCommandLineOption headless(QStringLiteral("headless"), QStringLiteral("no windows"));
+    parser.addOption(headless);
+    for (const ValueOption& option : kValueOptions) {
+        parser.addOption(QCommandLineOption(QString::fromLatin1(option.name), QString(),
+                                            QString::fromLatin1(option.valueName)));
+    }
+    const CommandLineRequest request = ParseCommandLine(parser, words);
     ProgramOptions options;
-    std::vector<std::string> lineWords;
-    bool onlyWords = false;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (onlyWords || word.size() < 2 || word.compare(0, 2, "--") != 0) {
-            lineWords.push_back(word);
+    switch (request.kind) {
+        case CommandLineRequest::Kind::Help:
+            options.help = true;
+            return {options, "", kExitOk};
+        case CommandLineRequest::Kind::Version:
+            options.version = true;
+            return {options, "", kExitOk};
+        case CommandLineRequest::Kind::UsageError:
+            return {std::nullopt, request.problem, kExitUsageError};
+        case CommandLineRequest::Kind::Run:
+            break;
+    }
+    options.headless = parser.isSet(headless);
+    for (const ValueOption& option : kValueOptions) {
+        const QString name = QString::fromLatin1(option.name);
+        if (!parser.isSet(name)) {
             continue;
         }
-        if (word == "--") {
-            onlyWords = true;
-            continue;
+        const std::string value = Bytes(parser.value(name));
+        if (value.empty()) {
+            return {std::nullopt, std::string("--") + option.name + " needs a value",
+                    kExitUsageError};
         }
-        std::string name = word;
-        std::optional<std::string> value;
-        if (const auto equals = word.find('='); equals != std::string::npos) {
-            name = word.substr(0, equals);
-            value = word.substr(equals + 1);
-        }
-        auto takeValue = [&]() -> std::optional<std::string> {
-            if (value) {
-                return value;
-            }
-            if (i + 1 < words.size()) {
-                return words[++i];
-            }
-            return std::nullopt;
-        };
-        if (name == "--headless" || name == "--help" || name == "--version") {
-            if (value) {
-                return {std::nullopt, name + " takes no value"};
-            }
-            if (name == "--headless") {
-                options.headless = true;
-            } else if (name == "--help") {
-                options.help = true;
-            } else {
-                options.version = true;
-            }
-            continue;
-        }
-        std::string* target = nullptr;
-        std::optional<std::string>* optionalTarget = nullptr;
-        if (name == "--link") {
-            target = &options.link;
-        } else if (name == "--serial") {
-            target = &options.serial;
-        } else if (name == "--replay") {
-            optionalTarget = &options.replay;
-        } else if (name == "--seatalk-replay") {
-            optionalTarget = &options.seaTalkReplay;
-        } else if (name == "--log") {
-            optionalTarget = &options.logPath;
-        } else if (name == "--power-supply") {
-            optionalTarget = &options.powerSupply;
+        if (option.text != nullptr) {
+            options.*option.text = value;
         } else {
-            return {std::nullopt, "unknown option " + name};
-        }
-        const auto given = takeValue();
-        if (!given || given->empty()) {
-            return {std::nullopt, name + " needs a value"};
-        }
-        if (target != nullptr) {
-            *target = *given;
-        } else {
-            *optionalTarget = *given;
+            options.*option.optionalText = value;
         }
     }
-    for (std::size_t k = 0; k < lineWords.size(); ++k) {
-        options.commandLine += (k == 0 ? "" : " ") + lineWords[k];
+    const QStringList lineWords = parser.positionalArguments();
+    for (qsizetype k = 0; k < lineWords.size(); ++k) {
+        options.commandLine += (k == 0 ? "" : " ") + Bytes(lineWords[k]);
     }
-    return {options, ""};
+    return {options, "", kExitOk};
 }
 
 std::string ProgramUsage() {
@@ -100,7 +96,13 @@ std::string ProgramUsage() {
            "                         $XDG_STATE_HOME/wakeline/WakelineDebug.txt)\n"
            "  --power-supply DIR     read the battery from DIR, laid out like\n"
            "                         /sys/class/power_supply (default: UPower, then the kernel)\n"
-           "  --help, --version\n";
+           "  -h, --help             this text\n"
+           "  -v, --version          the program's name and version\n"
+           "\n"
+           "Options take their value as --option VALUE or --option=VALUE; words after \"--\"\n"
+           "belong to the command line even when they start with '-'.\n"
+           "\n"
+           "exit status: 0 the run ended normally, 1 it failed, 2 usage error\n";
 }
 
 }  // namespace wakeline

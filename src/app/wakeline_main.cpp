@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/command_line_options.h"
 #include "app/program_options.h"
 #include "shell/platform/headless_run.h"
 #include "shell/platform/signal_watcher.h"
@@ -16,9 +17,7 @@ int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const wakeline::ParsedOptions parsed = wakeline::ParseProgramOptions(words);
     if (!parsed.options) {
-        std::fprintf(stderr, "wakeline: %s\n%s", parsed.error.c_str(),
-                     wakeline::ProgramUsage().c_str());
-        return 2;
+        return wakeline::ReportUsageError("wakeline", parsed.error);
     }
     const wakeline::ProgramOptions& options = *parsed.options;
     if (options.help) {
@@ -30,8 +29,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (!options.headless) {
+        // The words were understood; what is missing is this build's window.
         std::fputs("wakeline: this build has no window yet; start it with --headless\n", stderr);
-        return 2;
+        return wakeline::kExitFailed;
     }
     QCoreApplication app(argc, argv);
     wakeline::HeadlessRun run(options);

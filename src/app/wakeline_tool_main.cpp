@@ -1,11 +1,12 @@
 // wakeline-tool: small command-line companions of the navigation centre that share its core.
 
+#include <QCommandLineParser>
 #include <cstdio>
-#include <cstring>
 #include <string>
+#include <vector>
 
+#include "app/command_line_options.h"
 #include "app/tool/commands.h"
-#include "wakeline_version.h"
 
 namespace {
 
@@ -17,30 +18,51 @@ void PrintOverview(std::FILE* out) {
     for (const auto& command : wakeline::tool::AllCommands()) {
         std::fprintf(out, "  %-10s %s\n", command.name, command.summary);
     }
+    std::fprintf(out,
+                 "\noptions:\n"
+                 "  -h, --help     this text (also: wakeline-tool help)\n"
+                 "  -v, --version  the program's name and version\n"
+                 "\nexit status: 0 success, 1 a failure the subcommand reported, 2 usage error\n");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
+    QCommandLineParser parser;
+    // The subcommand's name ends the program's own options: what follows is the subcommand's.
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const wakeline::CommandLineRequest request =
+        wakeline::ParseCommandLine(parser, std::vector<std::string>(argv + 1, argv + argc));
+    switch (request.kind) {
+        case wakeline::CommandLineRequest::Kind::Help:
+            PrintOverview(stdout);
+            return wakeline::kExitOk;
+        case wakeline::CommandLineRequest::Kind::Version:
+            wakeline::tool::PrintToolVersion();
+            return wakeline::kExitOk;
+        case wakeline::CommandLineRequest::Kind::UsageError:
+            return wakeline::ReportUsageError("wakeline-tool", request.problem);
+        case wakeline::CommandLineRequest::Kind::Run:
+            break;
+    }
+    const QStringList words = parser.positionalArguments();
+    if (words.isEmpty()) {
         PrintOverview(stderr);
-        return 2;
+        return wakeline::kExitUsageError;
     }
-    const std::string name = argv[1];
-    if (name == "--help" || name == "-h" || name == "help") {
+    const std::string name = wakeline::Bytes(words.front());
+    if (name == "help") {
         PrintOverview(stdout);
-        return 0;
+        return wakeline::kExitOk;
     }
-    if (name == "--version") {
-        std::printf("wakeline-tool %s\n", WAKELINE_VERSION_TEXT);
-        return 0;
+    wakeline::tool::Arguments args;
+    for (qsizetype i = 1; i < words.size(); ++i) {
+        args.push_back(wakeline::Bytes(words[i]));
     }
     for (const auto& command : wakeline::tool::AllCommands()) {
         if (name == command.name) {
-            return command.run(wakeline::tool::Arguments(argv + 2, argv + argc));
+            return command.run(args);
         }
     }
-    std::fprintf(stderr, "wakeline-tool: unknown subcommand '%s'\n", name.c_str());
-    PrintOverview(stderr);
-    return 2;
+    return wakeline::ReportUsageError("wakeline-tool", "unknown subcommand '" + name + "'");
 }

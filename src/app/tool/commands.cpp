@@ -1,5 +1,11 @@
 #include "app/tool/commands.h"
 
+#include <QCommandLineParser>
+#include <cstdio>
+
+#include "app/command_line_options.h"
+#include "wakeline_version.h"
+
 namespace wakeline::tool {
 
 int RunDisplay(const Arguments& args);
@@ -17,6 +23,32 @@ const std::vector<Command>& AllCommands() {
         {"simulate", "a made-up voyage as data lines, the demo's data source", RunSimulate},
     };
     return commands;
+}
+
+void PrintToolVersion() {
+    std::printf("wakeline-tool %s\n", WAKELINE_VERSION_TEXT);
+}
+
+std::string SubcommandProgram(const char* name) {
+    return std::string("wakeline-tool ") + name;
+}
+
+std::optional<int> ParseSubcommand(QCommandLineParser& parser, const Arguments& args,
+                                   const char* name, const char* help) {
+    const CommandLineRequest request = ParseCommandLine(parser, args);
+    switch (request.kind) {
+        case CommandLineRequest::Kind::Help:
+            std::fputs(help, stdout);
+            return kExitOk;
+        case CommandLineRequest::Kind::Version:
+            PrintToolVersion();
+            return kExitOk;
+        case CommandLineRequest::Kind::UsageError:
+            return ReportUsageError(SubcommandProgram(name), request.problem);
+        case CommandLineRequest::Kind::Run:
+            break;
+    }
+    return std::nullopt;
 }
 
 }  // namespace wakeline::tool

@@ -1,6 +1,7 @@
 // wakeline-tool display: the texts of the live display for data lines read from standard
 // input, one JSON object per line, through the same computation as the navigation centre.
 
+#include <QCommandLineParser>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "app/command_line_options.h"
 #include "app/tool/bounded_line_reader.h"
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
@@ -42,10 +44,11 @@ constexpr const char* kHelp =
     "error object. 8-bit texts are carried as Latin-1 characters.\n"
     "\n"
     "options:\n"
-    "  --feet        depth arrives in feet and the water speed without its decimal point\n"
-    "                (the navigation centre's \"M\" option)\n"
-    "  --polar FILE  damp and correct the wind and show target speeds from a polar file\n"
-    "  -h, --help    this text\n"
+    "  --feet         depth arrives in feet and the water speed without its decimal point\n"
+    "                 (the navigation centre's \"M\" option)\n"
+    "  --polar FILE   damp and correct the wind and show target speeds from a polar file\n"
+    "  -h, --help     this text\n"
+    "  -v, --version  the program's name and version\n"
     "\n"
     "exit status: 0 every line displayed, 1 some line failed, 2 usage error\n";
 
@@ -96,23 +99,23 @@ void PrintError(std::string_view text) {
 }  // namespace
 
 int RunDisplay(const Arguments& args) {
+    QCommandLineParser parser;
+    const QCommandLineOption feet(QStringLiteral("feet"));
+    const QCommandLineOption polar(QStringLiteral("polar"), QString(), QStringLiteral("FILE"));
+    parser.addOption(feet);
+    parser.addOption(polar);
+    if (const auto status = ParseSubcommand(parser, args, "display", kHelp)) {
+        return *status;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        return ReportUsageError(
+            SubcommandProgram("display"),
+            "unexpected argument '" + Bytes(parser.positionalArguments().front()) + "'");
+    }
     Options options;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg == "-h" || arg == "--help") {
-            std::fputs(kHelp, stdout);
-            return 0;
-        }
-        if (arg == "--feet") {
-            options.feet = true;
-        } else if (arg == "--polar" && i + 1 < args.size()) {
-            options.polarPath = args[++i];
-        } else {
-            std::fprintf(stderr, "wakeline-tool display: %s '%s'\n",
-                         arg == "--polar" ? "missing FILE after" : "unknown argument", arg.c_str());
-            std::fputs(kHelp, stderr);
-            return 2;
-        }
+    options.feet = parser.isSet(feet);
+    if (parser.isSet(polar)) {
+        options.polarPath = Bytes(parser.value(polar));
     }
 
     FieldTable table;

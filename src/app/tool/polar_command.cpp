@@ -2,6 +2,7 @@
 // would make of it, so a sailor can check the file before a race; optionally looks up a
 // target speed and the wind corrections, and writes the tables back in the program's layout.
 
+#include <QCommandLineParser>
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -12,6 +13,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "app/command_line_options.h"
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
 #include "base/clock.h"
@@ -40,7 +42,8 @@ constexpr const char* kUsage =
     "                     and speed (knots); -1, -2, -3: the table does not cover the point\n"
     "  --correct TWA,TWS  angle and speed corrections of the true wind at that point\n"
     "  --write OUT        write the tables back to OUT in the program's own layout\n"
-    "  --help             this text\n\n"
+    "  -h, --help         this text\n"
+    "  -v, --version      the program's name and version\n\n"
     "Exit status: 0 the file read cleanly, 1 it could not be read, reading reported a problem\n"
     "or OUT could not be written, 2 usage error.\n";
 
@@ -73,50 +76,49 @@ std::optional<WindPoint> ParseWindPoint(std::string_view text) {
                      static_cast<float>(LeadingNumber(speed))};
 }
 
-// Empty (after printing why) when the arguments are not usable.
-std::optional<Options> ParseOptions(const Arguments& args, bool& helpAsked) {
-    Options options;
-    auto fail = [](const std::string& why) {
-        std::fprintf(stderr, "wakeline-tool polar: %s\n%s", why.c_str(), kUsage);
+// Empty when the words are not usable; then `status` holds the exit status, after the help,
+// the version or the usage error has been printed.
+std::optional<Options> ParseOptions(const Arguments& args, int& status) {
+    QCommandLineParser parser;
+    const QCommandLineOption json(QStringLiteral("json"));
+    const QCommandLineOption target(QStringLiteral("target"), QString(), QStringLiteral("TWA,TWS"));
+    const QCommandLineOption correct(QStringLiteral("correct"), QString(),
+                                     QStringLiteral("TWA,TWS"));
+    const QCommandLineOption write(QStringLiteral("write"), QString(), QStringLiteral("OUT"));
+    parser.addOptions({json, target, correct, write});
+    if (const auto ended = ParseSubcommand(parser, args, "polar", kUsage)) {
+        status = *ended;
+        return std::nullopt;
+    }
+    auto fail = [&status](const std::string& why) {
+        status = ReportUsageError(SubcommandProgram("polar"), why);
         return std::nullopt;
     };
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg == "--help" || arg == "-h") {
-            helpAsked = true;
-            return std::nullopt;
-        }
-        if (arg == "--json") {
-            options.json = true;
+    Options options;
+    options.json = parser.isSet(json);
+    for (const QCommandLineOption* option : {&target, &correct}) {
+        if (!parser.isSet(*option)) {
             continue;
         }
-        if (arg == "--target" || arg == "--correct" || arg == "--write") {
-            if (i + 1 >= args.size()) {
-                return fail(arg + " needs a value");
-            }
-            const std::string& value = args[++i];
-            if (arg == "--write") {
-                options.writeTo = value;
-                continue;
-            }
-            const std::optional<WindPoint> point = ParseWindPoint(value);
-            if (!point) {
-                return fail(arg + " takes TWA,TWS as two numbers, not '" + value + "'");
-            }
-            (arg == "--target" ? options.target : options.correct) = point;
-            continue;
+        const std::string value = Bytes(parser.value(*option));
+        const std::optional<WindPoint> point = ParseWindPoint(value);
+        if (!point) {
+            return fail("--" + Bytes(option->names().front()) +
+                        " takes TWA,TWS as two numbers, not '" + value + "'");
         }
-        if (arg.size() > 1 && arg[0] == '-') {
-            return fail("unknown option '" + arg + "'");
-        }
-        if (!options.file.empty()) {
-            return fail("one FILE only");
-        }
-        options.file = arg;
+        (option == &target ? options.target : options.correct) = point;
     }
-    if (options.file.empty()) {
+    if (parser.isSet(write)) {
+        options.writeTo = Bytes(parser.value(write));
+    }
+    const QStringList files = parser.positionalArguments();
+    if (files.isEmpty()) {
         return fail("FILE is missing");
     }
+    if (files.size() > 1) {
+        return fail("one FILE only");
+    }
+    options.file = Bytes(files.front());
     return options;
 }
 
@@ -335,14 +337,10 @@ nlohmann::json ReportJson(const Options& options, const PerformanceTables& table
 }  // namespace
 
 int RunPolar(const Arguments& args) {
-    bool helpAsked = false;
-    const std::optional<Options> options = ParseOptions(args, helpAsked);
-    if (helpAsked) {
-        std::printf("%s", kUsage);
-        return 0;
-    }
+    int status = 0;
+    const std::optional<Options> options = ParseOptions(args, status);
     if (!options) {
-        return 2;
+        return status;
     }
 
     StdFileSystem files;

@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <cerrno>
 #include <cstdio>
@@ -17,6 +18,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "app/command_line_options.h"
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
 #include "base/clock.h"
@@ -48,6 +50,7 @@ constexpr const char* kHelp =
     "  --json         one JSON object per event\n"
     "  --capture OUT  also write the raw stream to OUT, to replay it later\n"
     "  -h, --help     this text\n"
+    "  -v, --version  the program's name and version\n"
     "\n"
     "exit status: 0 the stream was read to its end (or Ctrl-C), 1 it could not be read,\n"
     "2 usage error\n";
@@ -206,45 +209,40 @@ int ReadDevice(const Options& options, Monitor& monitor) {
 }  // namespace
 
 int RunSeaTalk(const Arguments& args) {
-    Options options;
-    bool haveSource = false;
+    QCommandLineParser parser;
+    const QCommandLineOption mode(QStringLiteral("mode"), QString(), QStringLiteral("SB|SC"));
+    const QCommandLineOption json(QStringLiteral("json"));
+    const QCommandLineOption captureTo(QStringLiteral("capture"), QString(), QStringLiteral("OUT"));
+    parser.addOptions({mode, json, captureTo});
+    if (const auto status = ParseSubcommand(parser, args, "seatalk", kHelp)) {
+        return *status;
+    }
     const auto usage = [](const std::string& problem) {
-        std::fprintf(stderr, "wakeline-tool seatalk: %s\n", problem.c_str());
-        std::fputs(kHelp, stderr);
-        return 2;
+        return ReportUsageError(SubcommandProgram("seatalk"), problem);
     };
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg == "-h" || arg == "--help") {
-            std::fputs(kHelp, stdout);
-            return 0;
-        }
-        if (arg == "--json") {
-            options.json = true;
-        } else if (arg == "--mode" || arg == "--capture") {
-            if (i + 1 >= args.size()) {
-                return usage("missing value after " + arg);
-            }
-            const std::string& value = args[++i];
-            if (arg == "--capture") {
-                options.capture = value;
-            } else if (value == "SB") {
-                options.mode = kSeaTalkModeSB;
-            } else if (value == "SC") {
-                options.mode = kSeaTalkModeSC;
-            } else {
-                return usage("mode must be SB or SC, not '" + value + "'");
-            }
-        } else if (!haveSource && (arg == "-" || !arg.starts_with("-"))) {
-            options.source = arg;
-            haveSource = true;
+    Options options;
+    options.json = parser.isSet(json);
+    if (parser.isSet(captureTo)) {
+        options.capture = Bytes(parser.value(captureTo));
+    }
+    if (parser.isSet(mode)) {
+        const std::string value = Bytes(parser.value(mode));
+        if (value == "SB") {
+            options.mode = kSeaTalkModeSB;
+        } else if (value == "SC") {
+            options.mode = kSeaTalkModeSC;
         } else {
-            return usage("unknown argument '" + arg + "'");
+            return usage("mode must be SB or SC, not '" + value + "'");
         }
     }
-    if (!haveSource) {
+    const QStringList sources = parser.positionalArguments();
+    if (sources.isEmpty()) {
         return usage("missing FILE, DEVICE or -");
     }
+    if (sources.size() > 1) {
+        return usage("unexpected argument '" + Bytes(sources[1]) + "'");
+    }
+    options.source = Bytes(sources.front());
 
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> capture(nullptr, &std::fclose);
     if (options.capture) {

@@ -10,6 +10,7 @@
 #include <signal.h>
 #include <time.h>
 
+#include <QCommandLineParser>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -20,6 +21,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/command_line_options.h"
 #include "app/tool/commands.h"
 #include "base/date_time.h"
 #include "livedata/replay_line.h"
@@ -43,7 +45,8 @@ constexpr const char* kUsage =
     "                      output replays as a recorded voyage with its own times\n"
     "  --start TIME        the first record's UTC time with --stamped (default\n"
     "                      \"20260601 10:00:00\")\n"
-    "  --help              this text\n\n"
+    "  -h, --help          this text\n"
+    "  -v, --version       the program's name and version\n\n"
     "Plain lines end with LF. The voyage ends quietly with status 0 after N lines, on SIGINT or\n"
     "SIGTERM, or when the reader goes away. Exit status 1 when standard output fails\n"
     "otherwise, 2 for a usage error.\n";
@@ -79,8 +82,7 @@ std::optional<Number> ParseNumber(std::string_view text) {
 }
 
 int UsageError(const std::string& why) {
-    std::fprintf(stderr, "wakeline-tool simulate: %s\n%s", why.c_str(), kUsage);
-    return 2;
+    return ReportUsageError(SubcommandProgram("simulate"), why);
 }
 
 // The end of a run: the lines were all written, a signal came, the reader left, or the output
@@ -89,7 +91,7 @@ enum class Stop { None, Quiet, Failed };
 
 // Waits until `deadline` on the monotonic clock, or until SIGINT or SIGTERM arrive (they are
 // blocked, so they wait as pending signals).
-Stop WaitUntil(const timespec& deadline, const sigset_t& signals) {
+Stop WaitUntil(const timespec& deadline, const sigset_t& stopSignals) {
     for (;;) {
         timespec now{};
         clock_gettime(CLOCK_MONOTONIC, &now);
@@ -100,7 +102,7 @@ Stop WaitUntil(const timespec& deadline, const sigset_t& signals) {
         }
         const timespec wait{static_cast<time_t>(left / 1000000000LL),
                             static_cast<long>(left % 1000000000LL)};
-        const int got = sigtimedwait(&signals, nullptr, &wait);
+        const int got = sigtimedwait(&stopSignals, nullptr, &wait);
         if (got > 0) {
             return Stop::Quiet;
         }
@@ -110,12 +112,12 @@ Stop WaitUntil(const timespec& deadline, const sigset_t& signals) {
     }
 }
 
-bool SignalPending(const sigset_t& signals) {
+bool SignalPending(const sigset_t& stopSignals) {
     sigset_t pending;
     sigemptyset(&pending);
     sigpending(&pending);
     for (const int number : {SIGINT, SIGTERM}) {
-        if (sigismember(&signals, number) && sigismember(&pending, number)) {
+        if (sigismember(&stopSignals, number) && sigismember(&pending, number)) {
             return true;
         }
     }
@@ -137,41 +139,46 @@ Stop Write(const std::string& text) {
 }  // namespace
 
 int RunSimulate(const Arguments& args) {
+    QCommandLineParser parser;
+    const QCommandLineOption interval(QStringLiteral("interval"), QString(),
+                                      QStringLiteral("SECONDS"));
+    const QCommandLineOption count(QStringLiteral("count"), QString(), QStringLiteral("N"));
+    const QCommandLineOption stamped(QStringLiteral("stamped"));
+    const QCommandLineOption start(QStringLiteral("start"), QString(), QStringLiteral("TIME"));
+    parser.addOptions({interval, count, stamped, start});
+    if (const auto status = ParseSubcommand(parser, args, "simulate", kUsage)) {
+        return *status;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        return UsageError("unexpected argument '" + Bytes(parser.positionalArguments().front()) +
+                          "'");
+    }
     Options options;
     options.start = *ParseStart(kDefaultStart);
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        const bool hasValue = i + 1 < args.size();
-        if (arg == "-h" || arg == "--help") {
-            std::fputs(kUsage, stdout);
-            return 0;
+    options.stamped = parser.isSet(stamped);
+    if (parser.isSet(interval)) {
+        const std::string text = Bytes(parser.value(interval));
+        const auto value = ParseNumber<double>(text);
+        if (!value || !std::isfinite(*value) || *value < 0 || *value > 86400) {
+            return UsageError("--interval needs seconds from 0 to 86400, not '" + text + "'");
         }
-        if (arg == "--stamped") {
-            options.stamped = true;
-        } else if (arg == "--interval" && hasValue) {
-            const auto value = ParseNumber<double>(args[++i]);
-            if (!value || !std::isfinite(*value) || *value < 0 || *value > 86400) {
-                return UsageError("--interval needs seconds from 0 to 86400, not '" + args[i] +
-                                  "'");
-            }
-            options.interval = *value;
-        } else if (arg == "--count" && hasValue) {
-            const auto value = ParseNumber<std::int64_t>(args[++i]);
-            if (!value || *value < 1) {
-                return UsageError("--count needs a whole number of at least 1, not '" + args[i] +
-                                  "'");
-            }
-            options.count = *value;
-        } else if (arg == "--start" && hasValue) {
-            const auto value = ParseStart(args[++i]);
-            if (!value) {
-                return UsageError("--start needs \"YYYYMMDD HH:MM:SS\", not '" + args[i] + "'");
-            }
-            options.start = *value;
-        } else {
-            return UsageError((hasValue ? "unknown argument '" : "missing value after '") + arg +
-                              "'");
+        options.interval = *value;
+    }
+    if (parser.isSet(count)) {
+        const std::string text = Bytes(parser.value(count));
+        const auto value = ParseNumber<std::int64_t>(text);
+        if (!value || *value < 1) {
+            return UsageError("--count needs a whole number of at least 1, not '" + text + "'");
         }
+        options.count = *value;
+    }
+    if (parser.isSet(start)) {
+        const std::string text = Bytes(parser.value(start));
+        const auto value = ParseStart(text);
+        if (!value) {
+            return UsageError("--start needs \"YYYYMMDD HH:MM:SS\", not '" + text + "'");
+        }
+        options.start = *value;
     }
     const bool paced = options.interval > 0;
     if (!options.count && !paced) {
@@ -180,11 +187,11 @@ int RunSimulate(const Arguments& args) {
 
     // A reader that went away shows as EPIPE on the write, not as a deadly signal.
     ::signal(SIGPIPE, SIG_IGN);
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    sigset_t stopSignals;
+    sigemptyset(&stopSignals);
+    sigaddset(&stopSignals, SIGINT);
+    sigaddset(&stopSignals, SIGTERM);
+    sigprocmask(SIG_BLOCK, &stopSignals, nullptr);
 
     const auto intervalNs = static_cast<std::int64_t>(std::llround(options.interval * 1e9));
     timespec first{};
@@ -198,8 +205,8 @@ int RunSimulate(const Arguments& args) {
             const std::int64_t since = first.tv_nsec + n * intervalNs;
             const timespec deadline{first.tv_sec + static_cast<time_t>(since / 1000000000LL),
                                     static_cast<long>(since % 1000000000LL)};
-            stop = WaitUntil(deadline, signals);
-        } else if (SignalPending(signals)) {
+            stop = WaitUntil(deadline, stopSignals);
+        } else if (SignalPending(stopSignals)) {
             stop = Stop::Quiet;
         }
         if (stop != Stop::None) {
