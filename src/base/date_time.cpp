@@ -1,5 +1,6 @@
 #include "base/date_time.h"
 
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -7,45 +8,60 @@
 namespace wakeline {
 namespace {
 
-// Days from 0000-03-01 of the proleptic Gregorian calendar, counted so that the leap day is
-// the last day of its year: the month table is then the same for every year.
-constexpr std::int64_t DaysFromCivil(std::int64_t year, std::int64_t month, std::int64_t day) {
-    year -= month <= 2 ? 1 : 0;
-    const std::int64_t era = (year >= 0 ? year : year - 399) / 400;
-    const std::int64_t yearOfEra = year - era * 400;
-    const std::int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return era * 146097 + dayOfEra;
+namespace chrono = std::chrono;
+
+// The Gregorian calendar repeats every 400 years, which are exactly this many days. Years are
+// moved by whole cycles into the range std::chrono::year holds (+-32767) and moved back after.
+constexpr std::int64_t kYearsPerCycle = 400;
+constexpr std::int64_t kDaysPerCycle = 146097;
+
+constexpr std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor) {
+    return value / divisor - (value % divisor < 0 ? 1 : 0);
 }
 
-struct Civil {
-    std::int64_t year;
-    int month;
-    int day;
-};
-
-Civil CivilFromDays(std::int64_t days) {
-    const std::int64_t era = (days >= 0 ? days : days - 146096) / 146097;
-    const std::int64_t dayOfEra = days - era * 146097;
-    const std::int64_t yearOfEra =
-        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t shiftedMonth = (5 * dayOfYear + 2) / 153;
-    const int day = static_cast<int>(dayOfYear - (153 * shiftedMonth + 2) / 5 + 1);
-    const int month = static_cast<int>(shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9);
-    const std::int64_t year = yearOfEra + era * 400 + (month <= 2 ? 1 : 0);
-    return Civil{year, month, day};
+// Days since 1970-01-01 of the first of a month; the month may lie outside 1..12 and counts on
+// into the next or back into the previous years.
+constexpr std::int64_t DaysOfMonthStart(std::int64_t year, std::int64_t month) {
+    year += FloorDivide(month - 1, 12);
+    month -= FloorDivide(month - 1, 12) * 12;
+    const std::int64_t cycles = FloorDivide(year, kYearsPerCycle);
+    const chrono::year_month_day first{chrono::year(int(year - cycles * kYearsPerCycle)),
+                                       chrono::month(unsigned(month)), chrono::day(1)};
+    return chrono::sys_days(first).time_since_epoch().count() + cycles * kDaysPerCycle;
 }
 
-constexpr std::int64_t kEpochDays = DaysFromCivil(1899, 12, 30);
+// The date of a count of days since 1970-01-01.
+CalendarDate DateOfDays(std::int64_t days) {
+    const std::int64_t cycles = FloorDivide(days, kDaysPerCycle);
+    const chrono::year_month_day date{
+        chrono::sys_days(chrono::days(days - cycles * kDaysPerCycle))};
+    return CalendarDate{int(int(date.year()) + cycles * kYearsPerCycle),
+                        int(unsigned(date.month())), int(unsigned(date.day()))};
+}
+
+// 1899-12-30, the zero of DateTime, counted from 1970-01-01.
+constexpr std::int64_t kEpochDays = DaysOfMonthStart(1899, 12) + 29;
+static_assert(kEpochDays == -25569, "70 years of 365 days and 17 leap days, plus 2 days");
 
 // Beyond this many days (some 270,000 years) the fields would not fit their ints.
 constexpr double kLargestDays = 1.0e8;
 
 }  // namespace
 
+bool IsValidDate(int year, int month, int day) {
+    if (month < 1 || month > 12 || day < 1 || day > 31) {
+        return false;  // chrono's month and day hold only small values
+    }
+    const auto cycleYear =
+        static_cast<int>(year - FloorDivide(year, kYearsPerCycle) * kYearsPerCycle);
+    return chrono::year_month_day{chrono::year(cycleYear), chrono::month(unsigned(month)),
+                                  chrono::day(unsigned(day))}
+        .ok();
+}
+
 DateTime DateTimeFromFields(const CalendarFields& fields) {
-    const std::int64_t days = DaysFromCivil(fields.year, fields.month, fields.day) - kEpochDays;
+    const std::int64_t days =
+        DaysOfMonthStart(fields.year, fields.month) + (fields.day - 1) - kEpochDays;
     const double seconds = fields.hour * 3600.0 + fields.minute * 60.0 + fields.second;
     return static_cast<double>(days) + seconds / kSecondsPerDay;
 }
@@ -66,8 +82,8 @@ CalendarFields FieldsFromDateTime(DateTime value) {
         seconds -= secondsPerDay;
         days += 1;
     }
-    const Civil date = CivilFromDays(days + kEpochDays);
-    return CalendarFields{static_cast<int>(date.year),
+    const CalendarDate date = DateOfDays(days + kEpochDays);
+    return CalendarFields{date.year,
                           date.month,
                           date.day,
                           static_cast<int>(seconds / 3600),

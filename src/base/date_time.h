@@ -29,6 +29,10 @@ struct CalendarDate {
     bool operator==(const CalendarDate&) const = default;
 };
 
+// True when the year, month and day name a day of the Gregorian calendar (proleptic: any
+// year, leap years by the 4/100/400 rule). Month and day count from 1.
+bool IsValidDate(int year, int month, int day);
+
 // The date-time of calendar fields (the date's whole days plus the time of day).
 DateTime DateTimeFromFields(const CalendarFields& fields);
 

@@ -55,24 +55,4 @@ bool StdFileSystem::WriteFile(const std::string& path, std::string_view bytes) {
     return WriteWithMode(path, bytes, std::ios::trunc);
 }
 
-std::vector<std::string> SplitLines(std::string_view text) {
-    std::vector<std::string> lines;
-    std::size_t start = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const char c = text[at];
-        if (c != '\n' && c != '\r') {
-            continue;
-        }
-        lines.emplace_back(text.substr(start, at - start));
-        if (c == '\r' && at + 1 < text.size() && text[at + 1] == '\n') {
-            ++at;
-        }
-        start = at + 1;
-    }
-    if (start < text.size()) {
-        lines.emplace_back(text.substr(start));
-    }
-    return lines;
-}
-
 }  // namespace wakeline

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace wakeline {
 
@@ -47,9 +46,5 @@ class StdFileSystem : public FileSystem {
     // Writes path + ".tmp" and renames it over `path` (the temporary is removed on failure).
     bool ReplaceFile(const std::string& path, std::string_view bytes) override;
 };
-
-// Splits text into lines: a line ends at LF, CR LF or CR, and the ending is not part of it.
-// A last line without an ending counts; an ending at the very end adds no empty line.
-std::vector<std::string> SplitLines(std::string_view text);
 
 }  // namespace wakeline

@@ -23,12 +23,6 @@ std::optional<int> Digits(std::string_view text, std::size_t at, std::size_t cou
     return value;
 }
 
-int DaysInMonth(int year, int month) {
-    static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
 std::optional<CalendarFields> ParseStamp(std::string_view line) {
     if (line.size() < kStampTimeLength + kStampSuffix.size() ||
         line.substr(kStampTimeLength, kStampSuffix.size()) != kStampSuffix || line[8] != ' ' ||
@@ -45,8 +39,8 @@ std::optional<CalendarFields> ParseStamp(std::string_view line) {
         return std::nullopt;
     }
     // Dates before 1900 are out of any voyage's reach and are kept out of the clock.
-    if (*year < 1900 || *month < 1 || *month > 12 || *day < 1 ||
-        *day > DaysInMonth(*year, *month) || *hour > 23 || *minute > 59 || *second > 59) {
+    if (*year < 1900 || !IsValidDate(*year, *month, *day) || *hour > 23 || *minute > 59 ||
+        *second > 59) {
         return std::nullopt;
     }
     return CalendarFields{*year, *month, *day, *hour, *minute, *second};

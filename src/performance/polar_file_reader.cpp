@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/line_reader.h"
 #include "base/text_number.h"
 
 namespace wakeline {

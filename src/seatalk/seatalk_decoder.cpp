@@ -34,15 +34,6 @@ std::string TwoDigits(int value) {
     return text;
 }
 
-bool IsLeapYear(int year) {
-    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-}
-
-int DaysInMonth(int year, int month) {
-    static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    return month == 2 && IsLeapYear(year) ? 29 : kDays[month - 1];
-}
-
 // Degrees and minutes of a 0x50/0x51 coordinate: minutes in hundredths, sign in bit 7 of
 // byte 4.
 struct Coordinate {
@@ -80,7 +71,7 @@ std::string DecodeDate(const DatagramBuffer& d, SeaTalkValues& values) {
     const int day = d[2];
     char text[32];
     std::snprintf(text, sizeof text, "%04d%02d%02d", year, month, day);
-    if (month < 1 || month > 12 || day < 1 || day > DaysInMonth(year, month)) {
+    if (!IsValidDate(year, month, day)) {
         return std::string("error: no date ") + text;
     }
     const double timeOfDay = values.utcDateTime - std::floor(values.utcDateTime);

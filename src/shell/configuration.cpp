@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/ascii_case.h"
+#include "base/line_reader.h"
 #include "base/text_number.h"
 
 namespace wakeline {

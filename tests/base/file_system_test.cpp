@@ -4,26 +4,9 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace wakeline {
 namespace {
-
-TEST(SplitLines, EveryLineEndingEndsALine) {
-    using Lines = std::vector<std::string>;
-    const struct {
-        const char* legend;
-        std::string text;
-        Lines lines;
-    } rows[] = {
-        {"LF, CR LF and CR; no final ending", "a\nb\r\nc\rd", {"a", "b", "c", "d"}},
-        {"a final ending adds no line", "a\r\n", {"a"}},
-        {"LF CR and CR CR LF are two endings", "a\n\rb\r\r\nc", {"a", "", "b", "", "c"}},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(SplitLines(row.text), row.lines) << row.legend;
-    }
-}
 
 TEST(StdFileSystem, KeepsBytesReplacesWholeAndReportsFailures) {
     const std::filesystem::path dir =

@@ -33,7 +33,6 @@ TEST_F(IniFileGetTest, SectionAndKeyAreMatchedLiterally) {
         {"key case matters", "[Program Setup]\r\ndde=1\r\n", 0},
         {"other section", "[Program Setup]\r\n[Other]\r\nDDE=1\r\n", 0},
         {"the last line wins", "[Program Setup]\r\nDDE=1\r\nDDE=0\r\n", 0},
-        {"LF alone, no final end", "[Program Setup]\nDDE=1", 1},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Read(row.text).Dde, row.dde) << row.legend;

@@ -10,6 +10,7 @@
 #include <tuple>
 #include <vector>
 
+#include "base/line_reader.h"
 #include "support/fakes.h"
 #include "support/run_fakes.h"
 #include "wind/wind_file.h"

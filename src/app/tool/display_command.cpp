@@ -1,20 +1,25 @@
 // wakeline-tool display: the texts of the live display for data lines read from standard
 // input, one JSON object per line, through the same computation as the navigation centre.
 
+#include <unistd.h>
+
 #include <QCommandLineParser>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "app/command_line_options.h"
-#include "app/tool/bounded_line_reader.h"
 #include "app/tool/commands.h"
 #include "app/tool/latin1.h"
 #include "base/file_system.h"
+#include "base/line_reader.h"
 #include "display/display_computation.h"
 #include "display/performance_lookup.h"
 #include "livedata/field_table.h"
@@ -133,28 +138,50 @@ int RunDisplay(const Arguments& args) {
     }
 
     bool failed = false;
-    BoundedLineReader reader(stdin, kMaxLineLength);
     std::string dataLine;
-    for (auto next = reader.Next(); next.kind != BoundedLineReader::Kind::End;
-         next = reader.Next()) {
-        if (next.kind == BoundedLineReader::Kind::TooLong) {
+    const auto show = [&](const LineEvent& event) {
+        if (event.kind == LineEvent::Kind::TooLong) {
             PrintError("line longer than 65536 bytes dropped");
             failed = true;
-            continue;
+            return;
         }
-        dataLine.assign(next.line);
+        dataLine.assign(event.text);
         dataLine += "\r\n";
         const DisplayOutcome outcome = display.TraceDisplayLine(dataLine);
         if (!outcome.Displayed()) {
             PrintError(outcome.error);
             failed = true;
-            continue;
+            return;
         }
         nlohmann::ordered_json shown = nlohmann::ordered_json::array();
         for (const FieldEntry& entry : table) {
             shown.push_back(Latin1ToUtf8(entry.Shown));
         }
         PrintJson({{"shown", std::move(shown)}, {"lastRow", outcome.lastRow}});
+    };
+    // read() rather than stdio: each line is answered as soon as it has arrived.
+    LineReader reader(LineEnds::LfCrLfOrCr, kMaxLineLength);
+    std::vector<char> chunk(64 * 1024);
+    while (true) {
+        const ssize_t got = ::read(STDIN_FILENO, chunk.data(), chunk.size());
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0) {
+            PrintError(std::string("cannot read standard input: ") + std::strerror(errno));
+            failed = true;
+            break;
+        }
+        if (got == 0) {
+            break;
+        }
+        for (const LineEvent& event :
+             reader.Feed(std::string_view(chunk.data(), std::size_t(got)))) {
+            show(event);
+        }
+    }
+    if (std::optional<std::string> last = reader.Finish()) {
+        show(LineEvent{LineEvent::Kind::Line, std::move(*last)});
     }
     return failed ? 1 : 0;
 }

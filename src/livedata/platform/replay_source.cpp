@@ -1,80 +1,28 @@
 #include "livedata/platform/replay_source.h"
 
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace wakeline {
 
 ReplaySource::ReplaySource(QString path, QObject* parent)
-    : QObject(parent), path_(std::move(path)), batchTimer_(this) {
-    // Interval 0: one batch per turn of the event loop, after the events waiting.
-    batchTimer_.setInterval(0);
-    connect(&batchTimer_, &QTimer::timeout, this, &ReplaySource::ReadFileBatch);
+    : QObject(parent), input_(std::move(path), kBytesPerTurn, this) {
+    connect(&input_, &ChunkReader::chunkRead, this, [this](const QByteArray& chunk) {
+        Emit(lines_.Feed(std::string_view(chunk.constData(), std::size_t(chunk.size()))));
+    });
+    connect(&input_, &ChunkReader::finished, this, &ReplaySource::End);
 }
 
 ReplaySource::~ReplaySource() = default;
 
 bool ReplaySource::Start() {
-    if (running_) {
-        return true;
-    }
-    errorText_.clear();
-    if (path_ == QStringLiteral("-")) {
-        inputNotifier_ = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
-        connect(inputNotifier_.get(), &QSocketNotifier::activated, this,
-                &ReplaySource::ReadStandardInput);
-    } else {
-        file_.setFileName(path_);
-        if (!file_.open(QIODevice::ReadOnly)) {
-            errorText_ = QStringLiteral("cannot open %1: %2").arg(path_, file_.errorString());
-            return false;
-        }
-        batchTimer_.start();
-    }
-    running_ = true;
-    return true;
+    return input_.Start();
 }
 
 void ReplaySource::Stop() {
-    running_ = false;
     ++run_;
-    batchTimer_.stop();
-    inputNotifier_.reset();
-    file_.close();
-    splitter_.Finish();
-}
-
-void ReplaySource::ReadFileBatch() {
-    char chunk[kBytesPerTurn];
-    const qint64 got = file_.read(chunk, kBytesPerTurn);
-    if (got < 0) {
-        End(file_.errorString());
-    } else if (got == 0) {
-        End(QString());
-    } else {
-        Emit(splitter_.Feed(std::string_view(chunk, std::size_t(got))));
-    }
-}
-
-void ReplaySource::ReadStandardInput() {
-    char chunk[kBytesPerTurn];
-    ssize_t got = 0;
-    do {
-        got = ::read(STDIN_FILENO, chunk, sizeof chunk);
-    } while (got < 0 && errno == EINTR);
-    if (got < 0) {
-        if (errno == EAGAIN || errno == EWOULDBLOCK) {
-            return;
-        }
-        End(QString::fromLocal8Bit(std::strerror(errno)));
-    } else if (got == 0) {
-        End(QString());
-    } else {
-        Emit(splitter_.Feed(std::string_view(chunk, std::size_t(got))));
-    }
+    input_.Stop();
+    lines_.Finish();
 }
 
 bool ReplaySource::Emit(std::vector<LineEvent> events) {
@@ -93,8 +41,7 @@ bool ReplaySource::Emit(std::vector<LineEvent> events) {
 }
 
 void ReplaySource::End(const QString& problem) {
-    const std::optional<std::string> last = splitter_.Finish();
-    if (last) {
+    if (const std::optional<std::string> last = lines_.Finish()) {
         if (!Emit({LineEvent{LineEvent::Kind::Line, *last}})) {
             return;
         }

@@ -1,21 +1,19 @@
 #pragma once
-// Reads recorded data lines from a file, or from standard input ("-"), for a replay. Lines end
+// Reads recorded data lines from a file, a FIFO or standard input ("-") for a replay. Lines end
 // at LF, CR LF or CR and come out without their ends; a line longer than kMaxLineBytes is
 // dropped and reported with lineDropped(); a last line without an end is still a line.
 //
-// The event loop keeps running while a replay is read: a file is read in batches of at most
-// kBytesPerTurn per turn of the loop, and standard input (a pipe, a terminal or a file) only
-// when it has something to read, so a slow writer never blocks the program.
+// The event loop keeps running while a replay is read (see ChunkReader): a file is read in
+// batches of at most kBytesPerTurn per turn of the loop, anything else when it has something
+// to read, and each line goes out as soon as its end has arrived.
 
 #include <QByteArray>
-#include <QFile>
 #include <QObject>
-#include <QSocketNotifier>
 #include <QString>
-#include <QTimer>
-#include <memory>
+#include <vector>
 
-#include "livedata/line_splitter.h"
+#include "base/line_reader.h"
+#include "base/platform/chunk_reader.h"
 
 namespace wakeline {
 
@@ -34,7 +32,7 @@ class ReplaySource : public QObject {
     bool Start();
     // Stops reading; no further signals.
     void Stop();
-    QString ErrorText() const { return errorText_; }
+    QString ErrorText() const { return input_.ErrorText(); }
 
   signals:
     void lineRead(const QByteArray& line);
@@ -43,20 +41,13 @@ class ReplaySource : public QObject {
     void finished(const QString& problem);
 
   private:
-    void ReadFileBatch();
-    void ReadStandardInput();
-    // Emits the lines of `bytes`; false when a receiver stopped the replay.
+    // Emits the lines of `events`; false when a receiver stopped the replay.
     bool Emit(std::vector<LineEvent> events);
     void End(const QString& problem);
 
-    QString path_;
-    QString errorText_;
-    QFile file_;
-    QTimer batchTimer_;
-    std::unique_ptr<QSocketNotifier> inputNotifier_;
-    LineSplitter splitter_{LineEnds::LfCrLfOrCr};
+    ChunkReader input_;
+    LineReader lines_{LineEnds::LfCrLfOrCr};
     quint64 run_ = 0;  // changes on Stop(), so emission stops when a receiver stops the replay
-    bool running_ = false;
 };
 
 }  // namespace wakeline

@@ -19,7 +19,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-#include "livedata/line_splitter.h"
+#include "base/line_reader.h"
 #include "livedata/link_endpoint.h"
 
 namespace wakeline {
@@ -75,7 +75,7 @@ class TcpLink : public QObject {
     LinkEndpoint endpoint_;
     QTcpSocket socket_;
     QTimer connectTimer_;
-    LineSplitter splitter_;
+    LineReader splitter_{LineEnds::LfOptionalCr};
     Phase phase_ = Phase::Idle;
     int connectTimeoutMs_ = kDefaultConnectTimeoutMs;
     bool readScheduled_ = false;

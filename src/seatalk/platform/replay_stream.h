@@ -1,16 +1,14 @@
 #pragma once
-// Replays a recorded SeaTalk stream: a file holding exactly the bytes the port delivers under
-// parity marking. The bytes go out through bytesReceived() as the port's would, in reads of at
-// most kBytesPerTurn, one per turn of the event loop, so the program stays responsive; standard
-// input ("-") is read only when it has something.
+// Replays a recorded SeaTalk stream: a file (or a FIFO, or standard input "-") holding exactly
+// the bytes the port delivers under parity marking. The bytes go out through bytesReceived()
+// as the port's would, in reads of at most kBytesPerTurn; a file is read one chunk per turn of
+// the event loop, anything else as its bytes arrive (see ChunkReader).
 
 #include <QByteArray>
-#include <QFile>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
-class QSocketNotifier;
+#include "base/platform/chunk_reader.h"
 
 namespace wakeline {
 
@@ -25,7 +23,7 @@ class SeaTalkReplayStream : public QObject {
     // False, with ErrorText(), when the file cannot be opened.
     bool Start();
     void Stop();
-    QString ErrorText() const { return errorText_; }
+    QString ErrorText() const { return input_.ErrorText(); }
 
   Q_SIGNALS:
     void bytesReceived(const QByteArray& bytes);
@@ -33,15 +31,7 @@ class SeaTalkReplayStream : public QObject {
     void finished(const QString& problem);
 
   private:
-    void ReadTurn();
-    void End(const QString& problem);
-
-    QString path_;
-    QString errorText_;
-    QFile file_;
-    QTimer turnTimer_;
-    QSocketNotifier* inputNotifier_ = nullptr;
-    bool running_ = false;
+    ChunkReader input_;
 };
 
 }  // namespace wakeline

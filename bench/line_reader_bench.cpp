@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "livedata/line_splitter.h"
+#include "base/line_reader.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ void Split(benchmark::State& state, bool endless) {
         stream += endless ? std::string(line.size(), 'x') : line;
     }
     for (auto _ : state) {
-        wakeline::LineSplitter splitter;
+        wakeline::LineReader splitter(wakeline::LineEnds::LfOptionalCr);
         std::size_t lines = 0;
         for (std::size_t at = 0; at < stream.size(); at += 64 * 1024) {
             lines += splitter.Feed(std::string_view(stream).substr(at, 64 * 1024)).size();

@@ -1,13 +1,14 @@
-#include "livedata/line_splitter.h"
+#include "base/line_reader.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace wakeline {
 
-LineSplitter::LineSplitter(LineEnds ends, std::size_t maxLineBytes)
+LineReader::LineReader(LineEnds ends, std::size_t maxLineBytes)
     : ends_(ends), maxLineBytes_(maxLineBytes) {}
 
-std::vector<LineEvent> LineSplitter::Feed(std::string_view bytes) {
+std::vector<LineEvent> LineReader::Feed(std::string_view bytes) {
     std::vector<LineEvent> events;
     std::size_t i = 0;
     while (i < bytes.size()) {
@@ -47,7 +48,7 @@ std::vector<LineEvent> LineSplitter::Feed(std::string_view bytes) {
     return events;
 }
 
-std::optional<std::string> LineSplitter::Finish() {
+std::optional<std::string> LineReader::Finish() {
     std::optional<std::string> last;
     if (heldCr_) {
         std::vector<LineEvent> ignored;
@@ -63,7 +64,7 @@ std::optional<std::string> LineSplitter::Finish() {
     return last;
 }
 
-void LineSplitter::Append(std::string_view text, std::vector<LineEvent>& events) {
+void LineReader::Append(std::string_view text, std::vector<LineEvent>& events) {
     if (dropping_ || text.empty()) {
         return;
     }
@@ -73,14 +74,15 @@ void LineSplitter::Append(std::string_view text, std::vector<LineEvent>& events)
         events.push_back(LineEvent{LineEvent::Kind::TooLong, {}});
         return;
     }
-    if (pending_.capacity() < maxLineBytes_) {
-        // Reserved once, so that appending up to the bound never reallocates past it.
-        pending_.reserve(maxLineBytes_);
+    const std::size_t needed = pending_.size() + text.size();
+    if (needed > pending_.capacity()) {
+        // Grown by hand so that the buffer never reserves more than the bound.
+        pending_.reserve(std::min(maxLineBytes_, std::max(needed, 2 * pending_.capacity())));
     }
     pending_.append(text);
 }
 
-void LineSplitter::EndLine(std::vector<LineEvent>& events) {
+void LineReader::EndLine(std::vector<LineEvent>& events) {
     if (dropping_) {
         dropping_ = false;
         return;
@@ -88,6 +90,18 @@ void LineSplitter::EndLine(std::vector<LineEvent>& events) {
     // A copy, not a move: the pending buffer keeps its reserved room for the next line.
     events.push_back(LineEvent{LineEvent::Kind::Line, pending_});
     pending_.clear();
+}
+
+std::vector<std::string> SplitLines(std::string_view text) {
+    LineReader reader(LineEnds::LfCrLfOrCr, std::max<std::size_t>(text.size(), 1));
+    std::vector<std::string> lines;
+    for (LineEvent& event : reader.Feed(text)) {
+        lines.push_back(std::move(event.text));
+    }
+    if (std::optional<std::string> last = reader.Finish()) {
+        lines.push_back(std::move(*last));
+    }
+    return lines;
 }
 
 }  // namespace wakeline
