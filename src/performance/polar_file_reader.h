@@ -23,10 +23,10 @@
 namespace wakeline {
 
 // The messages that reading showed to the user, in order (one message box each), and whether
-// the file could be opened at all.
+// the file could be read at all: ok, or why not.
 struct PolarReadReport {
     std::vector<std::string> messages;
-    bool fileOpened = true;
+    Status fileStatus;
 };
 
 // The numeric value of field `index` (zero-based) of a comma-separated line: the number at the
