@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -22,6 +23,26 @@ TEST(SplitLines, EveryLineEndingEndsALine) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(SplitLines(row.text), row.lines) << row.legend;
+    }
+}
+
+TEST(Status, MessageSaysWhatFailedOnWhatAndWhy) {
+    const struct {
+        const char* legend;
+        Status status;
+        std::string message;
+    } rows[] = {
+        {"ok says nothing", Status(), ""},
+        {"errno becomes the system's text", Status::FromErrno("append to", "/t/a.TRT", ENOSPC),
+         "could not append to /t/a.TRT: No space left on device"},
+        {"no object", Status::Failure("start", "", "wine is missing"),
+         "could not start: wine is missing"},
+        {"a failure without a reason is still one", Status::Failure("open", "/dev/ttyS0", ""),
+         "could not open /dev/ttyS0"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.status.Message(), row.message) << row.legend;
+        EXPECT_EQ(row.status.Ok(), row.message.empty()) << row.legend;
     }
 }
 
