@@ -43,7 +43,7 @@ PolarReadReport ReadPolarText(std::string_view text, const std::string& path,
                               PerformanceTables& tables);
 
 // Reads the file at `path` through `files`. A file that cannot be read is reported like a
-// corrupt one and leaves no tables (fileOpened is false).
+// corrupt one and leaves no tables (fileStatus says why).
 PolarReadReport ReadPolarFile(const FileSystem& files, const std::string& path,
                               PerformanceTables& tables);
 
