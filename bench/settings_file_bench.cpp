@@ -13,9 +13,9 @@ class OneFile : public wakeline::FileSystem {
     explicit OneFile(std::string text) : text_(std::move(text)) {}
     bool FileExists(const std::string&) const override { return true; }
     bool DirectoryExists(const std::string&) const override { return true; }
-    std::optional<std::string> ReadFile(const std::string&) const override { return text_; }
-    bool AppendToFile(const std::string&, std::string_view) override { return true; }
-    bool WriteFile(const std::string&, std::string_view) override { return true; }
+    wakeline::Result<std::string> ReadFile(const std::string&) const override { return text_; }
+    wakeline::Status AppendToFile(const std::string&, std::string_view) override { return {}; }
+    wakeline::Status WriteFile(const std::string&, std::string_view) override { return {}; }
 
   private:
     std::string text_;

@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cerrno>
 #include <string>
 
 #include "base/clock.h"
@@ -25,9 +26,11 @@ class NoFiles : public FileSystem {
   public:
     bool FileExists(const std::string&) const override { return false; }
     bool DirectoryExists(const std::string&) const override { return false; }
-    std::optional<std::string> ReadFile(const std::string&) const override { return {}; }
-    bool AppendToFile(const std::string&, std::string_view) override { return true; }
-    bool WriteFile(const std::string&, std::string_view) override { return true; }
+    wakeline::Result<std::string> ReadFile(const std::string&) const override {
+        return wakeline::Status::FromErrno("open", "", ENOENT);
+    }
+    wakeline::Status AppendToFile(const std::string&, std::string_view) override { return {}; }
+    wakeline::Status WriteFile(const std::string&, std::string_view) override { return {}; }
 };
 
 class NoDialogs : public UserDialogs {

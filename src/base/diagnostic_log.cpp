@@ -38,11 +38,12 @@ void DiagnosticLog::DebugWriteLine(std::string_view text, std::int16_t kind) {
             }
             // Opened, written and closed per line: whatever the program did last is on disk
             // even when it is killed. A kind outside 0..3 still opens and closes the file.
-            if (!files_.AppendToFile(path_, line) && dropped_++ == 0) {
+            const Status written = files_.AppendToFile(path_, line);
+            if (!written.Ok() && dropped_++ == 0) {
                 // Said once, so that a sailor who asked for a log learns why it stays empty;
                 // the run itself goes on without it.
                 dialogs_.ShowMessage("Diagnostic log cannot be written, its lines are dropped: " +
-                                     path_);
+                                     written.Message());
             }
             return;
         }

@@ -1,33 +1,25 @@
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
 #include "base/file_system.h"
 
 namespace wakeline {
 
-bool StdFileSystem::ReplaceFile(const std::string& path, std::string_view bytes) {
+Status StdFileSystem::ReplaceFile(const std::string& path, std::string_view bytes) {
     // A rename within one directory is atomic: a reader, or the next start after a crash,
     // sees the old file or the new one, never a half-written one.
     const std::string temporary = path + ".tmp";
-    bool written = false;
-    {
-        std::ofstream out(temporary, std::ios::trunc | std::ios::binary);
-        if (out) {
-            out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-            out.close();
-            written = !out.fail();
-        }
-    }
+    Status status = StdFileSystem::WriteFile(temporary, bytes);
     std::error_code error;
-    if (written) {
+    if (status.Ok()) {
         std::filesystem::rename(temporary, path, error);
         if (!error) {
-            return true;
+            return status;
         }
+        status = Status::Failure("rename " + temporary + " to", path, error.message());
     }
     std::filesystem::remove(temporary, error);
-    return false;
+    return status;
 }
 
 }  // namespace wakeline

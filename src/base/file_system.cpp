@@ -1,21 +1,39 @@
 #include "base/file_system.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 namespace wakeline {
 namespace {
 
-bool WriteWithMode(const std::string& path, std::string_view bytes, std::ios::openmode mode) {
+// The reason a stream operation just failed. The library's streams keep no error of their
+// own, but on this platform they leave the system's errno behind; a failure without one
+// still gets a reason.
+Status StreamFailure(std::string action, const std::string& path) {
+    const int error = errno;
+    if (error == 0) {
+        return Status::Failure(std::move(action), path, "the stream reported a failure");
+    }
+    return Status::FromErrno(std::move(action), path, error);
+}
+
+Status WriteWithMode(const std::string& path, std::string_view bytes, std::ios::openmode mode,
+                     const char* action) {
+    errno = 0;
     std::ofstream out(path, mode | std::ios::binary);
     if (!out) {
-        return false;
+        return StreamFailure("open", path);
     }
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     out.close();
-    return !out.fail();
+    if (out.fail()) {
+        return StreamFailure(action, path);
+    }
+    return {};
 }
 
 }  // namespace
@@ -30,29 +48,30 @@ bool StdFileSystem::DirectoryExists(const std::string& path) const {
     return !path.empty() && std::filesystem::is_directory(path, error);
 }
 
-std::optional<std::string> StdFileSystem::ReadFile(const std::string& path) const {
+Result<std::string> StdFileSystem::ReadFile(const std::string& path) const {
     // A directory opens like a file on Linux and then reads as empty; it is no file.
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) {
-        return std::nullopt;
+        return Status::FromErrno("read", path, EISDIR);
     }
+    errno = 0;
     std::ifstream in(path, std::ios::binary);
     if (!in) {
-        return std::nullopt;
+        return StreamFailure("open", path);
     }
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (in.bad()) {
-        return std::nullopt;
+        return StreamFailure("read", path);
     }
     return bytes;
 }
 
-bool StdFileSystem::AppendToFile(const std::string& path, std::string_view bytes) {
-    return WriteWithMode(path, bytes, std::ios::app);
+Status StdFileSystem::AppendToFile(const std::string& path, std::string_view bytes) {
+    return WriteWithMode(path, bytes, std::ios::app, "append to");
 }
 
-bool StdFileSystem::WriteFile(const std::string& path, std::string_view bytes) {
-    return WriteWithMode(path, bytes, std::ios::trunc);
+Status StdFileSystem::WriteFile(const std::string& path, std::string_view bytes) {
+    return WriteWithMode(path, bytes, std::ios::trunc, "write");
 }
 
 }  // namespace wakeline

@@ -2,9 +2,10 @@
 // The core's access to files, behind an interface so that tests can fake a failing disk.
 // StdFileSystem does it with the standard library; the platform may add durability.
 
-#include <optional>
 #include <string>
 #include <string_view>
+
+#include "base/status.h"
 
 namespace wakeline {
 
@@ -14,23 +15,23 @@ class FileSystem {
     // Existence tests use the path exactly as given (file names are case-sensitive).
     virtual bool FileExists(const std::string& path) const = 0;
     virtual bool DirectoryExists(const std::string& path) const = 0;
-    // The whole file as bytes; empty when it cannot be opened or read.
-    virtual std::optional<std::string> ReadFile(const std::string& path) const = 0;
-    // Opens for appending (creating the file), writes, closes. False when any step failed;
-    // what was written before stays.
-    virtual bool AppendToFile(const std::string& path, std::string_view bytes) = 0;
-    // Creates or truncates the file and writes the bytes. False when any step failed.
-    virtual bool WriteFile(const std::string& path, std::string_view bytes) = 0;
+    // The whole file as bytes, or why it cannot be opened or read (a directory is no file).
+    virtual Result<std::string> ReadFile(const std::string& path) const = 0;
+    // Opens for appending (creating the file), writes, closes. A failure says which step
+    // failed and why; what was written before stays.
+    virtual Status AppendToFile(const std::string& path, std::string_view bytes) = 0;
+    // Creates or truncates the file and writes the bytes.
+    virtual Status WriteFile(const std::string& path, std::string_view bytes) = 0;
     // Replaces the file's whole contents so that a failure part way leaves the previous
-    // contents in place rather than a cut-off file. False when it failed. This default writes
-    // in place; StdFileSystem writes a temporary file beside it and renames it over the file.
-    virtual bool ReplaceFile(const std::string& path, std::string_view bytes) {
+    // contents in place rather than a cut-off file. This default writes in place;
+    // StdFileSystem writes a temporary file beside it and renames it over the file.
+    virtual Status ReplaceFile(const std::string& path, std::string_view bytes) {
         return WriteFile(path, bytes);
     }
-    // AppendToFile for records that must survive a power cut: true only once the bytes are
+    // AppendToFile for records that must survive a power cut: ok only once the bytes are
     // on the disk, not merely handed to the system. Costs a disk write, so only the track's
     // flushes use it, never the diagnostic log.
-    virtual bool AppendDurably(const std::string& path, std::string_view bytes) {
+    virtual Status AppendDurably(const std::string& path, std::string_view bytes) {
         return AppendToFile(path, bytes);
     }
 };
@@ -40,11 +41,11 @@ class StdFileSystem : public FileSystem {
   public:
     bool FileExists(const std::string& path) const override;
     bool DirectoryExists(const std::string& path) const override;
-    std::optional<std::string> ReadFile(const std::string& path) const override;
-    bool AppendToFile(const std::string& path, std::string_view bytes) override;
-    bool WriteFile(const std::string& path, std::string_view bytes) override;
+    Result<std::string> ReadFile(const std::string& path) const override;
+    Status AppendToFile(const std::string& path, std::string_view bytes) override;
+    Status WriteFile(const std::string& path, std::string_view bytes) override;
     // Writes path + ".tmp" and renames it over `path` (the temporary is removed on failure).
-    bool ReplaceFile(const std::string& path, std::string_view bytes) override;
+    Status ReplaceFile(const std::string& path, std::string_view bytes) override;
 };
 
 }  // namespace wakeline

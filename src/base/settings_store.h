@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "base/status.h"
+
 namespace wakeline {
 
 class SettingsStore {
@@ -14,8 +16,10 @@ class SettingsStore {
     // The stored text, empty when the key does not exist.
     virtual std::optional<std::string> Get(const std::string& section,
                                            const std::string& key) const = 0;
-    virtual void Set(const std::string& section, const std::string& key,
-                     const std::string& value) = 0;
+    // Stores the text; a failure says why it could not be kept (the store may then hold it
+    // for this run only).
+    virtual Status Set(const std::string& section, const std::string& key,
+                       const std::string& value) = 0;
 };
 
 // A store held in memory, for tests and for runs that must not touch the user's settings.
@@ -29,9 +33,10 @@ class MemorySettingsStore : public SettingsStore {
         }
         return found->second;
     }
-    void Set(const std::string& section, const std::string& key,
-             const std::string& value) override {
+    Status Set(const std::string& section, const std::string& key,
+               const std::string& value) override {
         values_[{section, key}] = value;
+        return {};
     }
 
   private:

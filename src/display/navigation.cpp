@@ -1,9 +1,9 @@
 #include "display/navigation.h"
 
 #include <cmath>
-#include <limits>
 
 #include "base/number_format.h"
+#include "base/single_precision.h"
 #include "base/text_number.h"
 
 namespace wakeline {
@@ -13,10 +13,6 @@ namespace {
 constexpr double kMilliMinutesToRadians = 2.90888208665722e-7;
 // The antipodal central angle, a shorter pi than M_PI, kept as it is.
 constexpr double kAntipodalAngle = 3.14159265358979;
-
-bool FitsFloat(double value) {
-    return std::isfinite(value) && std::fabs(value) <= std::numeric_limits<float>::max();
-}
 
 }  // namespace
 
@@ -45,10 +41,7 @@ std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t l
         c = 2 * std::atan(std::sqrt(a) / std::sqrt(1 - a));
     }
     const double distance = c * kEarthRadiusMetres;
-    if (!FitsFloat(distance)) {
-        return std::nullopt;
-    }
-    return static_cast<float>(distance);
+    return ToSingle(distance);
 }
 
 std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) {
@@ -57,10 +50,11 @@ std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) 
         return std::string(text);
     }
     const double parsed = *number;
-    if (!FitsFloat(parsed)) {
+    const std::optional<float> single = ToSingle(parsed);
+    if (!single) {
         return std::nullopt;
     }
-    auto d = static_cast<float>(parsed);
+    float d = *single;
     const bool southOrWest = d <= 0;
     if (southOrWest) {
         d = -d;
@@ -88,14 +82,15 @@ std::optional<std::string> FormatAngle(std::string_view text, std::int16_t fold,
         return std::string(text);
     }
     const double exactDegrees = *radians * kRadiansToDegrees;
-    if (!FitsFloat(exactDegrees)) {
+    const std::optional<float> single = ToSingle(exactDegrees);
+    if (!single) {
         return std::nullopt;
     }
     // The degrees are a 32-bit value before the fold is tested. In double precision the pi of
     // the data line (3.14159265358979) times the factor is 180.00000000000006 and would fold to
     // -180, and two pi would fold to a tiny negative shown as "-0"; as a float they are 180 and
     // 360 exactly, which show as 180 and 0.
-    auto degrees = static_cast<float>(exactDegrees);
+    float degrees = *single;
     if (std::abs(fold) == 180 && degrees > 180 && degrees <= 360) {
         degrees -= 360;  // exact: both lie within a factor of two
     }

@@ -27,9 +27,9 @@ LinkFailure ChartPlotterLink::OnConnectFailed(const std::string& seaClearExe) {
         // Started once per run at most: a chart plotter the user closed stays closed.
         log_.DebugWriteLine("Timer1 attempt load Seaclear: " + seaClearExe);
         if (!seaClearExe.empty()) {
-            const std::string failure = starter_.StartProgram(seaClearExe);
-            if (!failure.empty()) {
-                log_.DebugWriteLine("Timer1 could not start " + seaClearExe + ": " + failure);
+            const Status started = starter_.StartProgram(seaClearExe);
+            if (!started.Ok()) {
+                log_.DebugWriteLine("Timer1 " + started.Message());
             }
         }
         log_.DebugWriteLine("Timer1 finished attempt load Seaclear");

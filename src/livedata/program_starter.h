@@ -3,14 +3,16 @@
 
 #include <string>
 
+#include "base/status.h"
+
 namespace wakeline {
 
-// Starts another program, detached from this one. Returns an empty text when it was started,
-// otherwise the reason why it could not be (which the link logs).
+// Starts another program, detached from this one. Ok when it was started, otherwise a failure
+// to "start" `path` with the reason (which the link logs).
 class ProgramStarter {
   public:
     virtual ~ProgramStarter() = default;
-    virtual std::string StartProgram(const std::string& path) = 0;
+    virtual Status StartProgram(const std::string& path) = 0;
 };
 
 }  // namespace wakeline

@@ -1,19 +1,25 @@
 #pragma once
-// Arithmetic of the table lookups that stops at the first fault instead of clamping: an index
-// outside an array, a division by zero, a value that is not a number, or a result that does
-// not fit a 32-bit float. The lookups catch LookupFault at their top and answer "no value",
-// which the live display reports as its own error. Internal to the performance folder.
+// Arithmetic of the table lookups and the polar file that stops at the first fault instead of
+// clamping: an index outside an array, a division by zero, a value that is not a number, or a
+// result that does not fit a 32-bit float. A fault throws LookupFault deep inside a
+// computation; Checked runs the computation and turns the fault into "no value" at its top,
+// which the caller reports as its own error. The exception never leaves the performance
+// folder. Internal to it.
 
 #include <cmath>
 #include <cstddef>
-#include <limits>
+#include <optional>
+#include <type_traits>
+
+#include "base/single_precision.h"
 
 namespace wakeline::performance_detail {
 
 struct LookupFault {};
 
+// array[index], or a fault when the index lies outside the array.
 template <typename Array>
-auto At(const Array& array, long index) -> decltype(array[0]) {
+auto At(Array& array, long index) -> decltype(array[0]) {
     if (index < 0 || static_cast<std::size_t>(index) >= array.size()) {
         throw LookupFault{};
     }
@@ -33,11 +39,24 @@ inline void RequireNumber(double value) {
     }
 }
 
-inline float ToSingle(double value) {
-    if (!(std::fabs(value) <= static_cast<double>(std::numeric_limits<float>::max()))) {
+// The value stored into a float (wakeline::ToSingle's rule), or a fault.
+inline float Single(double value) {
+    const std::optional<float> single = ToSingle(value);
+    if (!single) {
         throw LookupFault{};
     }
-    return static_cast<float>(value);
+    return *single;
+}
+
+// compute(), or nothing when it met a fault. Only LookupFault is caught: anything else is a
+// programming error and goes on.
+template <typename Compute>
+auto Checked(Compute&& compute) -> std::optional<std::invoke_result_t<Compute>> {
+    try {
+        return compute();
+    } catch (const LookupFault&) {
+        return std::nullopt;
+    }
 }
 
 }  // namespace wakeline::performance_detail

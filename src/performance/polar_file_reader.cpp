@@ -1,12 +1,12 @@
 #include "performance/polar_file_reader.h"
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 
 #include "base/line_reader.h"
 #include "base/text_number.h"
+#include "performance/checked_arithmetic.h"
 
 namespace wakeline {
 namespace {
@@ -18,8 +18,12 @@ constexpr std::string_view kTooManyTables = "Too many Polar tables !";
 // The file holds five tables at most when read back, although the set has room for six.
 constexpr int kMostTablesRead = 5;
 
-// Thrown by any step that makes the file unusable from there on; caught once at the top.
-struct CorruptFile {};
+using performance_detail::At;
+using performance_detail::Single;
+
+// Thrown by any step that makes the file unusable from there on, as At and Single do for a
+// count or a value the tables cannot hold; caught once at the top.
+using CorruptFile = performance_detail::LookupFault;
 
 // A line that starts a section ends whatever was being read. An empty line counts too: the
 // test asks where the line's first character stands in "['", and an empty text stands first.
@@ -73,21 +77,6 @@ std::int16_t Count16(std::size_t count) {
         throw CorruptFile{};
     }
     return static_cast<std::int16_t>(count);
-}
-
-float Single(double value) {
-    if (!(std::fabs(value) <= static_cast<double>(std::numeric_limits<float>::max()))) {
-        throw CorruptFile{};
-    }
-    return static_cast<float>(value);
-}
-
-template <typename Array>
-auto Slot(Array& array, long index) -> decltype(array[0]) {
-    if (index < 0 || static_cast<std::size_t>(index) >= array.size()) {
-        throw CorruptFile{};
-    }
-    return array[static_cast<std::size_t>(index)];
 }
 
 class PolarTextReader {
@@ -166,7 +155,7 @@ class PolarTextReader {
             messages_->push_back(std::string(kTooManyTables));
             return false;
         }
-        PolarTable& table = Slot(set.Tables, set.Count);
+        PolarTable& table = At(set.Tables, set.Count);
         ++set.Count;
         table = PolarTable{};
         table.Name = NameOf(nameLine);
@@ -181,7 +170,7 @@ class PolarTextReader {
         table.RowCount = 0;
         table.ColumnCount = Count16(FieldCount(*heading));
         for (int c = 1; c <= table.ColumnCount; ++c) {
-            Slot(table.ColumnAngle, c) = Single(Field(*heading, c - 1));
+            At(table.ColumnAngle, c) = Single(Field(*heading, c - 1));
         }
         while (const auto row = NextLine()) {
             if (StartsSection(*row)) {
@@ -190,10 +179,10 @@ class PolarTextReader {
             }
             ++table.RowCount;
             const int r = table.RowCount;
-            Slot(table.RowWindSpeed, r) = Single(Field(*row, 0));
-            Slot(table.RowTwaMin, r) = Single(Field(*row, 1));
+            At(table.RowWindSpeed, r) = Single(Field(*row, 0));
+            At(table.RowTwaMin, r) = Single(Field(*row, 1));
             for (int c = 0; c <= table.ColumnCount; ++c) {
-                Slot(Slot(table.Cell, r), c) = Single(Field(*row, c + 2));
+                At(At(table.Cell, r), c) = Single(Field(*row, c + 2));
             }
         }
         return true;
@@ -208,7 +197,7 @@ class PolarTextReader {
         }
         table.SpeedCount = Count16(FieldCount(line));
         for (int j = 1; j <= table.SpeedCount; ++j) {
-            Slot(table.WindSpeed, j) = Single(Field(line, j - 1));
+            At(table.WindSpeed, j) = Single(Field(line, j - 1));
         }
         table.ClassCount = 3;
         for (int k = 1; k <= 3; ++k) {
@@ -217,9 +206,9 @@ class PolarTextReader {
                 HoldBack();
                 return;
             }
-            Slot(table.ClassAngle, k) = Single(Field(line, 0));
+            At(table.ClassAngle, k) = Single(Field(line, 0));
             for (int j = 1; j <= table.SpeedCount; ++j) {
-                Slot(Slot(table.AngleCorrection, j), k) = Single(Field(line, j));
+                At(At(table.AngleCorrection, j), k) = Single(Field(line, j));
             }
         }
         line = NextCorrectionLine();
@@ -228,7 +217,7 @@ class PolarTextReader {
             return;
         }
         for (int j = 1; j <= table.SpeedCount; ++j) {
-            Slot(table.SpeedCorrectionKt, j) = Single(Field(line, j - 1));
+            At(table.SpeedCorrectionKt, j) = Single(Field(line, j - 1));
         }
         line = NextCorrectionLine();
         if (StartsSection(line)) {
@@ -236,7 +225,7 @@ class PolarTextReader {
             return;
         }
         for (int j = 1; j <= table.SpeedCount; ++j) {
-            Slot(table.SpeedCorrectionAngle, j) = Single(Field(line, j - 1));
+            At(table.SpeedCorrectionAngle, j) = Single(Field(line, j - 1));
         }
     }
 
@@ -245,7 +234,7 @@ class PolarTextReader {
         const std::string name = NameOf(line);
         PolarSet& set = tables_.Polars;
         for (int p = 0; p < set.Count; ++p) {
-            if (Slot(set.Tables, p).Name == name) {
+            if (At(set.Tables, p).Name == name) {
                 set.Current = static_cast<std::int16_t>(p);
             }
         }
@@ -284,16 +273,16 @@ PolarReadReport ReadPolarText(std::string_view text, const std::string& path,
 
 PolarReadReport ReadPolarFile(const FileSystem& files, const std::string& path,
                               PerformanceTables& tables) {
-    const std::optional<std::string> text = files.ReadFile(path);
-    if (!text) {
+    const Result<std::string> text = files.ReadFile(path);
+    if (!text.Ok()) {
         tables.Polars.Count = 0;
         tables.Polars.Current = -1;
         PolarReadReport report;
-        report.fileOpened = false;
+        report.fileStatus = text.GetStatus();
         report.messages.push_back(std::string(kCorrupt) + "\r\n" + path);
         return report;
     }
-    return ReadPolarText(*text, path, tables);
+    return ReadPolarText(text.Value(), path, tables);
 }
 
 }  // namespace wakeline

@@ -23,10 +23,10 @@
 namespace wakeline {
 
 // The messages that reading showed to the user, in order (one message box each), and whether
-// the file could be opened at all.
+// the file could be read at all: ok, or why not.
 struct PolarReadReport {
     std::vector<std::string> messages;
-    bool fileOpened = true;
+    Status fileStatus;
 };
 
 // The numeric value of field `index` (zero-based) of a comma-separated line: the number at the
@@ -43,7 +43,7 @@ PolarReadReport ReadPolarText(std::string_view text, const std::string& path,
                               PerformanceTables& tables);
 
 // Reads the file at `path` through `files`. A file that cannot be read is reported like a
-// corrupt one and leaves no tables (fileOpened is false).
+// corrupt one and leaves no tables (fileStatus says why).
 PolarReadReport ReadPolarFile(const FileSystem& files, const std::string& path,
                               PerformanceTables& tables);
 

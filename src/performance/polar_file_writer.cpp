@@ -1,24 +1,18 @@
 #include "performance/polar_file_writer.h"
 
-#include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "base/number_format.h"
+#include "performance/checked_arithmetic.h"
 
 namespace wakeline {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-struct CountOutOfRange {};
-
-template <typename Array>
-auto At(const Array& array, long index) -> decltype(array[0]) {
-    if (index < 0 || static_cast<std::size_t>(index) >= array.size()) {
-        throw CountOutOfRange{};
-    }
-    return array[static_cast<std::size_t>(index)];
-}
+using performance_detail::At;
+using performance_detail::Checked;
 
 std::string Number(float value, std::string_view mask) {
     return FormatToWidth(value, mask, 0);
@@ -79,7 +73,8 @@ std::optional<std::string> PolarFileText(const PerformanceTables& tables, DateTi
     out += kLineEnd;
     out += "[DampingFactor=" + Number(tables.DampingFactor, "0.0000") + "]";
     out += kLineEnd;
-    try {
+    // A count outside its arrays stops the text; no part of it is written.
+    return Checked([&] {
         AppendCorrectionTable(tables.Correction, out);
         const PolarSet& set = tables.Polars;
         for (long p = 0; p < set.Count; ++p) {
@@ -89,16 +84,17 @@ std::optional<std::string> PolarFileText(const PerformanceTables& tables, DateTi
             out += "[PolarTableCurrent=" + At(set.Tables, set.Current).Name + "]";
             out += kLineEnd;
         }
-    } catch (const CountOutOfRange&) {
-        return std::nullopt;
-    }
-    return out;
+        return std::move(out);
+    });
 }
 
-bool WritePolarFile(FileSystem& files, const std::string& path, const PerformanceTables& tables,
-                    DateTime writtenAt) {
+Status WritePolarFile(FileSystem& files, const std::string& path, const PerformanceTables& tables,
+                      DateTime writtenAt) {
     const std::optional<std::string> text = PolarFileText(tables, writtenAt);
-    return text && files.WriteFile(path, *text);
+    if (!text) {
+        return Status::Failure("write", path, "a table's count lies outside its arrays");
+    }
+    return files.WriteFile(path, *text);
 }
 
 }  // namespace wakeline

@@ -19,9 +19,9 @@ namespace wakeline {
 // be written as they stand.
 std::optional<std::string> PolarFileText(const PerformanceTables& tables, DateTime writtenAt);
 
-// Creates or truncates the file at `path` and writes the tables. False when the tables cannot
-// be written (the file is then left as it was) or the file system refused.
-bool WritePolarFile(FileSystem& files, const std::string& path, const PerformanceTables& tables,
-                    DateTime writtenAt);
+// Creates or truncates the file at `path` and writes the tables. A failure when the tables
+// cannot be written (the file is then left as it was) or the file system refused, with why.
+Status WritePolarFile(FileSystem& files, const std::string& path, const PerformanceTables& tables,
+                      DateTime writtenAt);
 
 }  // namespace wakeline

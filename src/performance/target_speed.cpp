@@ -8,10 +8,10 @@ namespace wakeline {
 namespace {
 
 using performance_detail::At;
+using performance_detail::Checked;
 using performance_detail::Divide;
-using performance_detail::LookupFault;
 using performance_detail::RequireNumber;
-using performance_detail::ToSingle;
+using performance_detail::Single;
 
 // The speed values the rows answer with when they do not cover the point.
 constexpr double kOutsideRows = -1.0;
@@ -55,13 +55,14 @@ float RowSpeed(double a, long r, const PolarTable& table) {
     }
     const auto& cells = At(table.Cell, r);
     if (p == a) {
-        return ToSingle(At(cells, j));
+        return Single(At(cells, j));
     }
     if (!stepped) {
-        throw LookupFault{};  // no upper point: only reachable with values that are no numbers
+        throw performance_detail::LookupFault{};  // no upper point: only reachable with values that
+                                                  // are no numbers
     }
     const double f = Divide(a - p, pHi - p);
-    return ToSingle(At(cells, j) * (1.0 - f) + At(cells, jHi) * f);
+    return Single(At(cells, j) * (1.0 - f) + At(cells, jHi) * f);
 }
 
 std::optional<RowAngles> MapAngle(double a, double s, long lo, long hi, const PolarTable& table) {
@@ -115,7 +116,7 @@ float TargetSpeed(float angle, float speed, const PolarTable& table) {
     if (vLo >= 0.0 && vHi >= 0.0) {
         const double speedLo = At(table.RowWindSpeed, lo);
         const double f = Divide(s - speedLo, At(table.RowWindSpeed, hi) - speedLo);
-        return ToSingle((1.0 - f) * vLo + f * vHi);
+        return Single((1.0 - f) * vLo + f * vHi);
     }
     return static_cast<float>(kOutsideRows);
 }
@@ -123,28 +124,18 @@ float TargetSpeed(float angle, float speed, const PolarTable& table) {
 }  // namespace
 
 std::optional<float> RowSpeedAt(double angle, int row, const PolarTable& table) {
-    try {
-        return RowSpeed(angle, row, table);
-    } catch (const LookupFault&) {
-        return std::nullopt;
-    }
+    return Checked([&] { return RowSpeed(angle, row, table); });
 }
 
 std::optional<RowAngles> MapUpwindAngle(double angle, double speed, int lo, int hi,
                                         const PolarTable& table) {
-    try {
+    return Checked([&] {
         return MapAngle(angle, speed, lo, hi, table).value_or(RowAngles{angle, angle});
-    } catch (const LookupFault&) {
-        return std::nullopt;
-    }
+    });
 }
 
 std::optional<float> TargetSpeedAt(float angle, float speed, const PolarTable& table) {
-    try {
-        return TargetSpeed(angle, speed, table);
-    } catch (const LookupFault&) {
-        return std::nullopt;
-    }
+    return Checked([&] { return TargetSpeed(angle, speed, table); });
 }
 
 }  // namespace wakeline

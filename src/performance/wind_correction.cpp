@@ -9,10 +9,10 @@ namespace wakeline {
 namespace {
 
 using performance_detail::At;
+using performance_detail::Checked;
 using performance_detail::Divide;
-using performance_detail::LookupFault;
 using performance_detail::RequireNumber;
-using performance_detail::ToSingle;
+using performance_detail::Single;
 
 // Where a value lies on one axis of the table: between nodes lo and hi, with `weightLo` the
 // weight of the lower node (0 when the value sits on node hi, and then lo == hi).
@@ -59,7 +59,7 @@ float AngleCorrection(float angle, float speed, const CorrectionTable& table) {
     const double result = node(y.hi, x.lo) * (1.0 - fy) * fx + node(y.lo, x.lo) * fy * fx +
                           node(y.lo, x.hi) * (1.0 - fx) * fy +
                           node(y.hi, x.hi) * (1.0 - fy) * (1.0 - fx);
-    return ToSingle(angle <= 0.0f ? -result : result);
+    return Single(angle <= 0.0f ? -result : result);
 }
 
 float SpeedCorrection(float angle, float speed, const CorrectionTable& table) {
@@ -100,25 +100,17 @@ float SpeedCorrection(float angle, float speed, const CorrectionTable& table) {
     } else if (a <= limit) {
         factor = Divide(a - 90.0, limit - 90.0);
     }
-    return ToSingle(kt * factor);
+    return Single(kt * factor);
 }
 
 }  // namespace
 
 std::optional<float> AngleCorrectionAt(float angle, float speed, const CorrectionTable& table) {
-    try {
-        return AngleCorrection(angle, speed, table);
-    } catch (const LookupFault&) {
-        return std::nullopt;
-    }
+    return Checked([&] { return AngleCorrection(angle, speed, table); });
 }
 
 std::optional<float> SpeedCorrectionAt(float angle, float speed, const CorrectionTable& table) {
-    try {
-        return SpeedCorrection(angle, speed, table);
-    } catch (const LookupFault&) {
-        return std::nullopt;
-    }
+    return Checked([&] { return SpeedCorrection(angle, speed, table); });
 }
 
 float ParseDampingFactor(std::string_view text) {

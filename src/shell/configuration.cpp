@@ -37,13 +37,13 @@ void SetThreshold(std::string_view name, std::string_view value, DiagnosticLog& 
 
 void IniFileGet(const std::string& path, const FileSystem& files, DiagnosticLog& log,
                 ChartPlotterSettings& settings) {
-    const std::optional<std::string> text = files.ReadFile(path);
-    if (!text) {
-        log.DebugWriteLine("IniFileGet cannot read " + path);
+    const Result<std::string> text = files.ReadFile(path);
+    if (!text.Ok()) {
+        log.DebugWriteLine("IniFileGet cannot read " + path + ": " + text.GetStatus().Reason());
         return;
     }
     std::string section;
-    for (const std::string& line : SplitLines(*text)) {
+    for (const std::string& line : SplitLines(text.Value())) {
         if (!line.empty() && line[0] == '[') {
             section = line;
             continue;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/elapsed_seconds.h"
+#include "base/single_precision.h"
 #include "base/text_number.h"
 #include "display/navigation.h"
 #include "wind/wind_file.h"
@@ -28,10 +29,6 @@ std::pair<std::string_view, std::string_view> PositionFields(std::string_view li
 bool FitsInt32(double value) {
     return value >= std::numeric_limits<std::int32_t>::min() &&
            value <= std::numeric_limits<std::int32_t>::max();
-}
-
-bool FitsFloat(double value) {
-    return std::isfinite(value) && std::fabs(value) <= std::numeric_limits<float>::max();
 }
 
 // A threshold of 0 is switched off; a value that reaches it meets it.
@@ -94,12 +91,13 @@ bool TrackWriter::RecordDataLine(std::string_view text, std::string_view shownCo
     const double courseValue = LeadingNumber(shownCog);
     const double latValue = RoundHalfEven(LeadingNumber(latText) * kMilliMinutesPerDegree);
     const double lonValue = RoundHalfEven(LeadingNumber(lonText) * kMilliMinutesPerDegree);
+    const std::optional<float> single = ToSingle(courseValue);
     // An overflow ends the routine before anything is stored, as any arithmetic fault does.
-    if (!FitsFloat(courseValue) || !FitsInt32(latValue) || !FitsInt32(lonValue)) {
+    if (!single || !FitsInt32(latValue) || !FitsInt32(lonValue)) {
         logLines_.push_back("TraceWriteLine position or course out of range, line not recorded");
         return false;
     }
-    const auto course = static_cast<float>(courseValue);
+    const float course = *single;
     const auto lat = static_cast<std::int32_t>(latValue);
     const auto lon = static_cast<std::int32_t>(lonValue);
 
@@ -180,12 +178,13 @@ void TrackWriter::WriteTrack() {
     }
     // An empty flush still opens the file, so the day's file exists from the first note on
     // and a directory that refuses writing shows at the start of the run.
-    if (!files_.AppendDurably(path, bytes)) {
+    const Status written = files_.AppendDurably(path, bytes);
+    if (!written.Ok()) {
         // A retry after a partial write may repeat what reached the disk: a repeated line is
         // better than a lost one.
         carried_ = pending_.size();
-        logLines_.push_back("TraceWriteLine could not append " + std::to_string(pending_.size()) +
-                            " records to " + path + ", kept for the next write");
+        logLines_.push_back("TraceWriteLine " + written.Message() + "; " +
+                            std::to_string(pending_.size()) + " records kept for the next write");
         if (!trackFailureShown_) {
             trackFailureShown_ = true;
             messages_.push_back("The track file " + path +
@@ -212,11 +211,12 @@ void TrackWriter::SaveHistory() {
         return;
     }
     const std::string path = WindHistoryPath(settings_.TrackDir);
-    if (SaveWindHistory(files_, path, windHistory_)) {
+    const Status saved = SaveWindHistory(files_, path, windHistory_);
+    if (saved.Ok()) {
         historyFailureShown_ = false;
         return;
     }
-    logLines_.push_back("TraceWriteLine could not save the wind history to " + path);
+    logLines_.push_back("TraceWriteLine could not save the wind history: " + saved.Message());
     if (!historyFailureShown_) {
         historyFailureShown_ = true;
         messages_.push_back("The wind history " + path + " cannot be saved.");

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 #include "base/elapsed_seconds.h"
 
@@ -107,10 +108,18 @@ WindHistoryLoad LoadWindHistoryFile(const FileSystem& files, const std::string& 
     if (!files.FileExists(path)) {
         return LoadWindHistory(std::nullopt, now);
     }
-    return LoadWindHistory(files.ReadFile(path), now);
+    Result<std::string> bytes = files.ReadFile(path);
+    if (!bytes.Ok()) {
+        // There is a history, but not for this run: said like a damaged one, with the reason.
+        WindHistoryLoad load;
+        load.outcome = WindLoadOutcome::Damaged;
+        load.problem = bytes.GetStatus().Message();
+        return load;
+    }
+    return LoadWindHistory(std::move(bytes).Optional(), now);
 }
 
-bool SaveWindHistory(FileSystem& files, const std::string& path, const WindData& data) {
+Status SaveWindHistory(FileSystem& files, const std::string& path, const WindData& data) {
     return files.ReplaceFile(path, EncodeWindData(data));
 }
 

@@ -39,9 +39,10 @@ WindDecode DecodeWindData(std::string_view bytes);
 // What start-up did with the saved history.
 enum class WindLoadOutcome {
     Continued,  // the file's history is kept and continued
-    Missing,    // no file (or one that could not be read): empty history
+    Missing,    // no file: empty history
     TooOld,     // the newest observation is more than one hour old: cleared
-    Damaged,    // the file's contents are unusable: cleared, `problem` says why
+    Damaged,    // the file cannot be read or its contents are unusable: cleared, `problem`
+                // says why
 };
 
 struct WindHistoryLoad {
@@ -55,11 +56,12 @@ struct WindHistoryLoad {
 // Exactly one hour old is kept; a newest time after `now` is kept too.
 WindHistoryLoad LoadWindHistory(const std::optional<std::string>& fileBytes, DateTime now);
 
-// Reads `path` through `files` and applies LoadWindHistory.
+// Reads `path` through `files` and applies LoadWindHistory. A file that exists but cannot be
+// read is Damaged, its problem the file system's reason.
 WindHistoryLoad LoadWindHistoryFile(const FileSystem& files, const std::string& path, DateTime now);
 
 // Rewrites the file whole through FileSystem::ReplaceFile, so that a failure part way leaves
-// the previous history on disk. False when the write failed.
-bool SaveWindHistory(FileSystem& files, const std::string& path, const WindData& data);
+// the previous history on disk. A failure says why the write failed.
+Status SaveWindHistory(FileSystem& files, const std::string& path, const WindData& data);
 
 }  // namespace wakeline

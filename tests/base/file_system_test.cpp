@@ -2,11 +2,32 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 
 namespace wakeline {
 namespace {
+
+TEST(Status, MessageSaysWhatFailedOnWhatAndWhy) {
+    const struct {
+        const char* legend;
+        Status status;
+        std::string message;
+    } rows[] = {
+        {"ok says nothing", Status(), ""},
+        {"errno becomes the system's text", Status::FromErrno("append to", "/t/a.TRT", ENOSPC),
+         "could not append to /t/a.TRT: No space left on device"},
+        {"no object", Status::Failure("start", "", "wine is missing"),
+         "could not start: wine is missing"},
+        {"a failure without a reason is still one", Status::Failure("open", "/dev/ttyS0", ""),
+         "could not open /dev/ttyS0"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.status.Message(), row.message) << row.legend;
+        EXPECT_EQ(row.status.Ok(), row.message.empty()) << row.legend;
+    }
+}
 
 TEST(StdFileSystem, KeepsBytesReplacesWholeAndReportsFailures) {
     const std::filesystem::path dir =
@@ -16,22 +37,28 @@ TEST(StdFileSystem, KeepsBytesReplacesWholeAndReportsFailures) {
     std::filesystem::create_directories(dir);
     StdFileSystem files;
     const std::string path = (dir / "wakeline_wc.bin").string();
-    EXPECT_FALSE(files.ReadFile(path).has_value());
-    ASSERT_TRUE(files.AppendToFile(path, "one\r\n"));
-    ASSERT_TRUE(files.AppendToFile(path, std::string("\0\xff\n", 3)));
-    EXPECT_EQ(files.ReadFile(path), std::string("one\r\n\0\xff\n", 8));
-    ASSERT_TRUE(files.WriteFile(path, "a longer old content"));
-    ASSERT_TRUE(files.ReplaceFile(path, std::string("new\0", 4)));
-    EXPECT_EQ(files.ReadFile(path), std::string("new\0", 4));
+    EXPECT_EQ(files.ReadFile(path).GetStatus().Message(),
+              "could not open " + path + ": No such file or directory");
+    ASSERT_TRUE(files.AppendToFile(path, "one\r\n").Ok());
+    ASSERT_TRUE(files.AppendToFile(path, std::string("\0\xff\n", 3)).Ok());
+    EXPECT_EQ(files.ReadFile(path).Optional(), std::string("one\r\n\0\xff\n", 8));
+    ASSERT_TRUE(files.WriteFile(path, "a longer old content").Ok());
+    ASSERT_TRUE(files.ReplaceFile(path, std::string("new\0", 4)).Ok());
+    EXPECT_EQ(files.ReadFile(path).Optional(), std::string("new\0", 4));
     EXPECT_FALSE(std::filesystem::exists(path + ".tmp"));
 
-    // A directory is no file, and writes into a missing directory fail.
+    // A directory is no file, and writes into a missing directory fail; each failure names
+    // the step, the path and the system's reason.
     EXPECT_TRUE(files.DirectoryExists(dir.string()));
     EXPECT_FALSE(files.FileExists(dir.string()));
+    EXPECT_EQ(files.ReadFile(dir.string()).GetStatus().Message(),
+              "could not read " + dir.string() + ": Is a directory");
     const std::string gone = (dir / "missing" / "wakeline_wc.bin").string();
-    EXPECT_FALSE(files.AppendToFile(gone, "x"));
-    EXPECT_FALSE(files.WriteFile(gone, "x"));
-    EXPECT_FALSE(files.ReplaceFile(gone, "x"));
+    const std::string noDirectory = ": No such file or directory";
+    EXPECT_EQ(files.AppendToFile(gone, "x").Message(), "could not open " + gone + noDirectory);
+    EXPECT_EQ(files.WriteFile(gone, "x").Message(), "could not open " + gone + noDirectory);
+    EXPECT_EQ(files.ReplaceFile(gone, "x").Message(),
+              "could not open " + gone + ".tmp" + noDirectory);
     EXPECT_FALSE(std::filesystem::exists(gone + ".tmp"));
     std::filesystem::remove_all(dir);
 }

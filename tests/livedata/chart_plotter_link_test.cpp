@@ -26,7 +26,7 @@ class ChartPlotterLinkTest : public ::testing::Test,
                              protected ProgramStarter,
                              protected DataLineSink {
   protected:
-    std::string StartProgram(const std::string& path) override {
+    Status StartProgram(const std::string& path) override {
         started.push_back(path);
         logWhenStarted = Log();
         return startFailure;
@@ -40,7 +40,8 @@ class ChartPlotterLinkTest : public ::testing::Test,
     }
 
     Texts started, calls;
-    std::string logWhenStarted, startFailure;
+    std::string logWhenStarted;
+    Status startFailure;
     bool displays = true;
     ChartPlotterLink link{log, *this};
 };
@@ -111,7 +112,7 @@ TEST_F(ChartPlotterLinkTest, FailuresStartTheChartPlotterOnceAndAskOnlyAfterData
 }
 
 TEST_F(ChartPlotterLinkTest, AProgramThatCannotStartIsLogged) {
-    startFailure = "wine is not on the PATH";
+    startFailure = Status::Failure("start", "/sc/SeaClear_2.exe", "wine is not on the PATH");
     link.OnTimerTick();
     link.OnConnectFailed("/sc/SeaClear_2.exe");
     EXPECT_EQ(Log(),

@@ -127,7 +127,8 @@ TEST(PolarFileReader, AFileThatCannotBeReadIsReportedAndLeavesNoTables) {
     PerformanceTables tables;
     tables.Polars = PlaceholderPolarSet(8, 7);
     const PolarReadReport report = ReadPolarFile(files, kPath, tables);
-    EXPECT_FALSE(report.fileOpened);
+    EXPECT_EQ(report.fileStatus.Message(),
+              "could not open " + kPath + ": No such file or directory");
     EXPECT_EQ(report.messages, Messages{kCorrupt});
     EXPECT_EQ(tables.Polars.Count, 0);
 }
@@ -161,14 +162,16 @@ TEST(PolarFileWriter, RefusesTablesWhoseCountsOverrunTheirArrays) {
     files.files[kPath] = "old";
     PerformanceTables tables = Read(kSmallFile).tables;
     tables.Polars.Tables[0].RowCount = 12;  // as a corrupt file with a twelfth row leaves it
-    EXPECT_FALSE(WritePolarFile(files, kPath, tables, kWrittenAt));
+    EXPECT_FALSE(WritePolarFile(files, kPath, tables, kWrittenAt).Ok());
     EXPECT_EQ(files.files[kPath], "old");
 
     tables.Polars.Tables[0].RowCount = 1;
-    EXPECT_TRUE(WritePolarFile(files, kPath, tables, kWrittenAt));
+    EXPECT_TRUE(WritePolarFile(files, kPath, tables, kWrittenAt).Ok());
     EXPECT_EQ(files.files[kPath], kSmallFile);
+    // The disk's own reason comes back to the caller.
     files.failWrites = true;
-    EXPECT_FALSE(WritePolarFile(files, kPath, tables, kWrittenAt));
+    EXPECT_EQ(WritePolarFile(files, kPath, tables, kWrittenAt).Message(),
+              "could not write " + kPath + ": No space left on device");
 }
 
 }  // namespace

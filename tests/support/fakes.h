@@ -2,6 +2,7 @@
 // Stand-ins for the outside world that core tests share: a clock the test sets, files held in
 // memory (with switches that make writing fail) and dialogs that record what they were shown.
 
+#include <cerrno>
 #include <map>
 #include <optional>
 #include <set>
@@ -32,42 +33,53 @@ class FakeClock : public Clock {
 
 // Files and directories in memory. A path is a file when `files` holds it and a directory
 // when `directories` holds it; nothing else exists. Appends and writes to a path in
-// `readOnlyPaths`, or any append or write while `failWrites` is set, fail and change nothing.
+// `readOnlyPaths` fail with EROFS, to a path in `fullPaths` or any while `failWrites` is set
+// with ENOSPC, as a real disk says it; either way nothing changes.
 class FakeFileSystem : public FileSystem {
   public:
     bool FileExists(const std::string& path) const override { return files.count(path) > 0; }
     bool DirectoryExists(const std::string& path) const override {
         return directories.count(path) > 0;
     }
-    std::optional<std::string> ReadFile(const std::string& path) const override {
+    Result<std::string> ReadFile(const std::string& path) const override {
         const auto found = files.find(path);
-        return found == files.end() ? std::nullopt : std::optional(found->second);
+        if (found == files.end()) {
+            return Status::FromErrno("open", path, ENOENT);
+        }
+        return found->second;
     }
-    bool AppendToFile(const std::string& path, std::string_view bytes) override {
+    Status AppendToFile(const std::string& path, std::string_view bytes) override {
         ++appendCalls;
-        if (!Writable(path)) {
-            return false;
+        Status status = Writable("append to", path);
+        if (status.Ok()) {
+            files[path].append(bytes);
         }
-        files[path].append(bytes);
-        return true;
+        return status;
     }
-    bool WriteFile(const std::string& path, std::string_view bytes) override {
-        if (!Writable(path)) {
-            return false;
+    Status WriteFile(const std::string& path, std::string_view bytes) override {
+        Status status = Writable("write", path);
+        if (status.Ok()) {
+            files[path] = std::string(bytes);
         }
-        files[path] = std::string(bytes);
-        return true;
+        return status;
     }
 
     std::map<std::string, std::string> files;
     std::set<std::string> directories;
     std::set<std::string> readOnlyPaths;
+    std::set<std::string> fullPaths;
     bool failWrites = false;
     int appendCalls = 0;  // every call, failed or not
 
   private:
-    bool Writable(const std::string& path) const {
-        return !failWrites && readOnlyPaths.count(path) == 0;
+    Status Writable(const char* action, const std::string& path) const {
+        if (failWrites || fullPaths.count(path) > 0) {
+            return Status::FromErrno(action, path, ENOSPC);
+        }
+        if (readOnlyPaths.count(path) > 0) {
+            return Status::FromErrno(action, path, EROFS);
+        }
+        return {};
     }
 };
 

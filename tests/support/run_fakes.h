@@ -16,9 +16,9 @@ namespace wakeline::testing {
 // Records the programs it was asked to start; starting always works.
 class FakeProgramStarter : public ProgramStarter {
   public:
-    std::string StartProgram(const std::string& path) override {
+    Status StartProgram(const std::string& path) override {
         started.push_back(path);
-        return "";
+        return {};
     }
     std::vector<std::string> started;
 };

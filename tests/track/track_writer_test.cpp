@@ -188,11 +188,21 @@ TEST_F(TrackWriterTest, WhatAFlushWritesBesideTheTrack) {
     EXPECT_EQ(files.files.count(kDayFile), 0u);
     EXPECT_EQ(Writer().PendingCount(), 0u);
     EXPECT_EQ(DecodeWindData(files.files[kHistoryFile]).data.Count, 1);
+    // A history the disk refuses is logged with the disk's reason and told once.
+    files.readOnlyPaths.insert(kHistoryFile);
+    Note(2, "flush");
+    Note(3, "flush");
+    EXPECT_NE(Log().find("TraceWriteLine could not save the wind history: could not write "
+                         "/boat/track/wakeline_wc.bin: Read-only file system"),
+              std::string::npos);
+    EXPECT_EQ(
+        dialogs.messages,
+        std::vector<std::string>{"The wind history /boat/track/wakeline_wc.bin cannot be saved."});
     // Without a track directory nothing at all is written.
     files.files.clear();
     Writer().Settings().TrackDir = "";
     Writer().Settings().TraceOn = true;
-    Note(2, "flush");
+    Note(4, "flush");
     EXPECT_EQ(files.files.size(), 0u);
 }
 
@@ -200,20 +210,23 @@ TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
     settings.TrackTime = 1;
     Writer().SetHistoryLoaded();
     Note(0, "start");
-    files.readOnlyPaths.insert(kDayFile);
+    files.fullPaths.insert(kDayFile);
     Data(1);
     Note(2, "flush fails");
     Data(3);
     Note(4, "flush fails again");
     EXPECT_EQ(dialogs.messages.size(), 1u) << "shown once, not on every retry";
-    EXPECT_NE(Log().find("could not append 2 records"), std::string::npos);
+    EXPECT_NE(Log().find("TraceWriteLine could not append to /boat/track/20261115.TRT: No space "
+                         "left on device; 2 records kept for the next write"),
+              std::string::npos)
+        << "the disk's reason is logged";
     EXPECT_EQ(DecodeWindData(files.files[kHistoryFile]).data.Count, 2) << "saved all the same";
 
     // Kept records do not count towards the 60: the next retry is after 60 new ones.
     for (int s = 5; s < 63; ++s) {
         Data(s);
     }
-    files.readOnlyPaths.clear();
+    files.fullPaths.clear();
     Data(63);
     EXPECT_EQ(Writer().PendingCount(), 61u) << "59 new records: no retry yet";
     Data(64);

@@ -81,8 +81,9 @@ LoadedPerformance LoadPerformance(const std::string& path) {
     for (const std::string& message : report.messages) {
         std::fprintf(stderr, "wakeline-tool display: %s\n", message.c_str());
     }
-    if (!report.fileOpened) {
-        loaded.error = "--polar " + path + ": the file cannot be read";
+    if (!report.fileStatus.Ok()) {
+        loaded.error =
+            "--polar " + path + ": the file cannot be read (" + report.fileStatus.Reason() + ")";
         return loaded;
     }
     loaded.lookup = std::make_unique<TableLookup>(*loaded.tables);

@@ -347,12 +347,12 @@ int RunPolar(const Arguments& args) {
     PerformanceTables tables;
     tables.Correction = DefaultCorrectionTable();
     const PolarReadReport report = ReadPolarFile(files, options->file, tables);
-    if (!report.fileOpened) {
-        std::fprintf(stderr, "wakeline-tool polar: cannot read %s\n", options->file.c_str());
+    if (!report.fileStatus.Ok()) {
+        std::fprintf(stderr, "wakeline-tool polar: %s\n", report.fileStatus.Message().c_str());
         return 1;
     }
 
-    std::optional<bool> written;
+    std::optional<Status> written;
     if (options->writeTo) {
         const SystemClock systemClock;
         const ProgramClock clock(systemClock);
@@ -362,17 +362,17 @@ int RunPolar(const Arguments& args) {
     if (options->json) {
         nlohmann::json out = ReportJson(*options, tables, report);
         if (written) {
-            out["written"] = *written;
+            out["written"] = written->Ok();
         }
         std::printf("%s\n", out.dump().c_str());
     } else {
         PrintSummary(*options, tables, report);
-        if (written && *written) {
+        if (written && written->Ok()) {
             std::printf("\nWritten to %s\n", options->writeTo->c_str());
         }
     }
-    if (written && !*written) {
-        std::fprintf(stderr, "wakeline-tool polar: cannot write %s\n", options->writeTo->c_str());
+    if (written && !written->Ok()) {
+        std::fprintf(stderr, "wakeline-tool polar: %s\n", written->Message().c_str());
         return 1;
     }
     return report.messages.empty() ? 0 : 1;

@@ -192,9 +192,9 @@ int ReadDevice(const Options& options, Monitor& monitor) {
         }
     });
     QObject::connect(&watcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
-    if (!port.Start()) {
+    if (const Status opened = port.Start(); !opened.Ok()) {
         port.Stop();
-        toStderr(QStringLiteral("cannot open %1: %2").arg(port.Device(), port.LastProblem()));
+        toStderr(QString::fromStdString(opened.Message()));
         return 1;
     }
     started = true;

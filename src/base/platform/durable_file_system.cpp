@@ -9,7 +9,8 @@
 namespace wakeline {
 namespace {
 
-// Writes all bytes, going on after interrupted or partial writes.
+// Writes all bytes, going on after interrupted or partial writes. False with errno set when
+// a write failed.
 bool WriteAll(int fd, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -24,14 +25,24 @@ bool WriteAll(int fd, std::string_view bytes) {
     return true;
 }
 
-bool WriteAndSync(const std::string& path, std::string_view bytes, int flags) {
+// `action` names the write in a failure ("append to", "write"); the reason is the step's errno.
+Status WriteAndSync(const std::string& path, std::string_view bytes, int flags,
+                    const char* action) {
     const int fd = ::open(path.c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
     if (fd < 0) {
-        return false;
+        return Status::FromErrno("open", path, errno);
     }
-    bool ok = WriteAll(fd, bytes) && ::fdatasync(fd) == 0;
-    ok = (::close(fd) == 0) && ok;
-    return ok;
+    Status status;
+    if (!WriteAll(fd, bytes)) {
+        status = Status::FromErrno(action, path, errno);
+    } else if (::fdatasync(fd) != 0) {
+        status = Status::FromErrno("sync", path, errno);
+    }
+    // A delayed write error may show only at close (on network file systems, for one).
+    if (::close(fd) != 0 && status.Ok()) {
+        status = Status::FromErrno("close", path, errno);
+    }
+    return status;
 }
 
 std::string DirectoryOf(const std::string& path) {
@@ -44,16 +55,19 @@ std::string DirectoryOf(const std::string& path) {
 
 }  // namespace
 
-bool DurableFileSystem::AppendDurably(const std::string& path, std::string_view bytes) {
-    return WriteAndSync(path, bytes, O_APPEND);
+Status DurableFileSystem::AppendDurably(const std::string& path, std::string_view bytes) {
+    return WriteAndSync(path, bytes, O_APPEND, "append to");
 }
 
-bool DurableFileSystem::ReplaceFile(const std::string& path, std::string_view bytes) {
+Status DurableFileSystem::ReplaceFile(const std::string& path, std::string_view bytes) {
     const std::string temporary = path + ".tmp";
-    if (!WriteAndSync(temporary, bytes, O_TRUNC) ||
-        ::rename(temporary.c_str(), path.c_str()) != 0) {
+    Status status = WriteAndSync(temporary, bytes, O_TRUNC, "write");
+    if (status.Ok() && ::rename(temporary.c_str(), path.c_str()) != 0) {
+        status = Status::FromErrno("rename " + temporary + " to", path, errno);
+    }
+    if (!status.Ok()) {
         ::unlink(temporary.c_str());
-        return false;
+        return status;
     }
     // The rename itself lives in the directory: sync it too, or a power cut may undo it.
     const int dir = ::open(DirectoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -61,7 +75,7 @@ bool DurableFileSystem::ReplaceFile(const std::string& path, std::string_view by
         ::fsync(dir);
         ::close(dir);
     }
-    return true;
+    return status;
 }
 
 }  // namespace wakeline

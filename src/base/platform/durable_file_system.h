@@ -9,8 +9,8 @@ namespace wakeline {
 
 class DurableFileSystem : public StdFileSystem {
   public:
-    bool AppendDurably(const std::string& path, std::string_view bytes) override;
-    bool ReplaceFile(const std::string& path, std::string_view bytes) override;
+    Status AppendDurably(const std::string& path, std::string_view bytes) override;
+    Status ReplaceFile(const std::string& path, std::string_view bytes) override;
 };
 
 }  // namespace wakeline

@@ -28,10 +28,23 @@ std::optional<std::string> QtSettingsStore::Get(const std::string& section,
     return value.toString().toStdString();
 }
 
-void QtSettingsStore::Set(const std::string& section, const std::string& key,
-                          const std::string& value) {
+Status QtSettingsStore::Set(const std::string& section, const std::string& key,
+                            const std::string& value) {
     settings_->setValue(KeyOf(section, key), QString::fromStdString(value));
     settings_->sync();
+    // QSettings keeps no system error text, only its kind.
+    switch (settings_->status()) {
+        case QSettings::NoError:
+            return {};
+        case QSettings::AccessError:
+            return Status::Failure("save " + section + "/" + key + " to",
+                                   settings_->fileName().toStdString(),
+                                   "the file cannot be written");
+        case QSettings::FormatError:
+            break;
+    }
+    return Status::Failure("save " + section + "/" + key + " to",
+                           settings_->fileName().toStdString(), "the file is not in settings form");
 }
 
 }  // namespace wakeline

@@ -19,7 +19,8 @@ class QtSettingsStore : public SettingsStore {
     std::optional<std::string> Get(const std::string& section,
                                    const std::string& key) const override;
     // Written through at once, so a killed run keeps what it stored.
-    void Set(const std::string& section, const std::string& key, const std::string& value) override;
+    Status Set(const std::string& section, const std::string& key,
+               const std::string& value) override;
 
   private:
     std::unique_ptr<QSettings> settings_;

@@ -3,27 +3,33 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <cerrno>
 
 namespace wakeline {
 
-std::string ProgramLauncher::StartProgram(const std::string& path) {
+Status ProgramLauncher::StartProgram(const std::string& path) {
     const QString program = QString::fromLocal8Bit(path.data(), qsizetype(path.size()));
     const QFileInfo info(program);
     if (!info.exists()) {
-        return "the file does not exist";
+        return Status::FromErrno("start", path, ENOENT);
     }
-    const QString directory = info.absolutePath();
-    bool started = false;
+    QProcess process;
+    process.setWorkingDirectory(info.absolutePath());
     if (program.endsWith(QStringLiteral(".exe"), Qt::CaseInsensitive)) {
         const QString wine = QStandardPaths::findExecutable(QStringLiteral("wine"), searchPaths_);
         if (wine.isEmpty()) {
-            return "wine is not on the PATH, so a Windows program cannot be started";
+            return Status::Failure(
+                "start", path, "wine is not on the PATH, so a Windows program cannot be started");
         }
-        started = QProcess::startDetached(wine, {info.absoluteFilePath()}, directory);
+        process.setProgram(wine);
+        process.setArguments({info.absoluteFilePath()});
     } else {
-        started = QProcess::startDetached(info.absoluteFilePath(), {}, directory);
+        process.setProgram(info.absoluteFilePath());
     }
-    return started ? std::string() : "the program could not be started";
+    if (!process.startDetached()) {
+        return Status::Failure("start", path, process.errorString().toStdString());
+    }
+    return {};
 }
 
 }  // namespace wakeline

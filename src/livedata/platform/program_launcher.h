@@ -18,8 +18,9 @@ class ProgramLauncher : public ProgramStarter {
     // `searchPaths` are where `wine` is looked for; empty means the PATH.
     explicit ProgramLauncher(QStringList searchPaths = {}) : searchPaths_(std::move(searchPaths)) {}
 
-    // Empty when the program was started, otherwise the reason.
-    std::string StartProgram(const std::string& path) override;
+    // Ok when the program was started, otherwise why not (the system's reason where it
+    // gives one).
+    Status StartProgram(const std::string& path) override;
 
   private:
     QStringList searchPaths_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -79,13 +80,21 @@ void TcpLink::OnConnectTimeout() {
     }
     phase_ = Phase::Idle;
     socket_.abort();
-    emit connectFailed(QStringLiteral("no answer within %1 ms").arg(connectTimeoutMs_));
+    emit connectFailed(Failure(QStringLiteral("no answer within %1 ms").arg(connectTimeoutMs_)));
+}
+
+Status TcpLink::Failure(const QString& reason) const {
+    const std::string& host = endpoint_.host;
+    // An IPv6 address is written in brackets, as the user gives it.
+    const std::string where = (host.find(':') == std::string::npos ? host : "[" + host + "]") +
+                              ":" + std::to_string(endpoint_.port);
+    return Status::Failure("connect to", where, reason.toStdString());
 }
 
 void TcpLink::Fail(const QString& reason) {
     phase_ = Phase::Idle;
     connectTimer_.stop();
-    emit connectFailed(reason);
+    emit connectFailed(Failure(reason));
 }
 
 void TcpLink::OnReadyRead() {

@@ -20,6 +20,7 @@
 #include <QTimer>
 
 #include "base/line_reader.h"
+#include "base/status.h"
 #include "livedata/link_endpoint.h"
 
 namespace wakeline {
@@ -50,8 +51,9 @@ class TcpLink : public QObject {
 
   signals:
     void connected();
-    // Refused, host not found, unreachable or timed out; `reason` is for the log.
-    void connectFailed(const QString& reason);
+    // Refused, host not found, unreachable or timed out: a failure to "connect to" the
+    // endpoint, with the socket's reason, for the log.
+    void connectFailed(const wakeline::Status& failure);
     // One line without its end (LF, and a CR right before it, removed).
     void lineReceived(const QByteArray& line);
     // A line longer than kMaxLineBytes was dropped.
@@ -69,6 +71,7 @@ class TcpLink : public QObject {
     // Reads up to `budget` bytes; true when the link is still up afterwards.
     bool ReadSome(qint64 budget);
     void ReadLater();
+    Status Failure(const QString& reason) const;
     void Fail(const QString& reason);
     void HandleClosed();
 

@@ -1,5 +1,7 @@
 #include "power/platform/system_battery.h"
 
+#include <utility>
+
 namespace wakeline {
 
 BatteryStatus SystemBattery::Read() {
@@ -7,7 +9,16 @@ BatteryStatus SystemBattery::Read() {
     if (last_ && now - lastRead_ < kKeepReading) {
         return *last_;
     }
-    last_ = askUPower_ ? upower_.TryRead() : std::nullopt;
+    last_.reset();
+    if (askUPower_) {
+        Result<BatteryStatus> read = upower_.TryRead();
+        const std::string failure = read.GetStatus().Message();
+        if (report_ && failure != reported_ && !failure.empty()) {
+            report_(read.GetStatus());
+        }
+        reported_ = failure;
+        last_ = std::move(read).Optional();
+    }
     if (!last_) {
         last_ = sysfs_.Read();
     }

@@ -5,8 +5,10 @@
 // the power service and the disk on every tick.
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "power/battery_status.h"
 #include "power/platform/sysfs_battery.h"
@@ -21,6 +23,11 @@ class SystemBattery : public BatterySource {
         : sysfs_(root.value_or(SysfsBattery::kKernelRoot)), askUPower_(!root) {}
 
     BatteryStatus Read() override;
+    // Told why UPower gave no battery, once per change of the reason, so that a run's log
+    // says why the battery came from the kernel's directory or is unknown.
+    void SetFailureReport(std::function<void(const Status&)> report) {
+        report_ = std::move(report);
+    }
 
   private:
     static constexpr std::chrono::seconds kKeepReading{5};
@@ -29,6 +36,8 @@ class SystemBattery : public BatterySource {
     SysfsBattery sysfs_;
     bool askUPower_ = true;
     std::optional<BatteryStatus> last_;
+    std::function<void(const Status&)> report_;
+    std::string reported_;  // the last failure told
     std::chrono::steady_clock::time_point lastRead_;
 };
 

@@ -1,5 +1,6 @@
 #include "power/platform/upower_battery.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QVariantMap>
@@ -17,9 +18,14 @@ constexpr uint kStateCharging = 1;
 
 }  // namespace
 
-std::optional<BatteryStatus> UPowerBattery::TryRead() {
+Result<BatteryStatus> UPowerBattery::TryRead() {
+    auto failure = [](const QString& reason) {
+        return Status::Failure("read the battery from", "org.freedesktop.UPower",
+                               reason.toStdString());
+    };
     if (!bus_.isConnected()) {
-        return std::nullopt;
+        const QString error = bus_.lastError().message();
+        return failure(error.isEmpty() ? QStringLiteral("no connection to the D-Bus") : error);
     }
     // A plain method call: a QDBusInterface would first ask the service to describe itself,
     // a blocking round trip without our timeout.
@@ -29,16 +35,16 @@ std::optional<BatteryStatus> UPowerBattery::TryRead() {
     call << QStringLiteral("org.freedesktop.UPower.Device");
     const QDBusReply<QVariantMap> reply = bus_.call(call, QDBus::Block, kReplyTimeoutMs);
     if (!reply.isValid()) {
-        return std::nullopt;
+        return failure(reply.error().message());
     }
     const QVariantMap values = reply.value();
     if (!values.value("IsPresent").toBool()) {
-        return std::nullopt;
+        return failure(QStringLiteral("it knows no battery"));
     }
     bool isNumber = false;
     const double percent = values.value("Percentage").toDouble(&isNumber);
     if (!isNumber || percent < 0 || percent > 100) {
-        return std::nullopt;
+        return failure(QStringLiteral("its percentage is not one from 0 to 100"));
     }
     BatteryStatus status;
     status.BatteryLifePercent = static_cast<int>(RoundHalfEven(percent));

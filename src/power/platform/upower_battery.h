@@ -3,9 +3,9 @@
 // display device, which already combines all of the computer's batteries.
 
 #include <QDBusConnection>
-#include <optional>
 #include <utility>
 
+#include "base/status.h"
 #include "power/battery_status.h"
 
 namespace wakeline {
@@ -16,10 +16,11 @@ class UPowerBattery : public BatterySource {
     explicit UPowerBattery(QDBusConnection bus = QDBusConnection::systemBus())
         : bus_(std::move(bus)) {}
 
-    // Nothing when there is no system bus, UPower does not answer in time, or it knows no
+    // The battery, or a failure to "read the battery from" UPower saying why: there is no
+    // system bus, UPower does not answer in time (the bus's error text), or it knows no
     // battery.
-    std::optional<BatteryStatus> TryRead();
-    BatteryStatus Read() override { return TryRead().value_or(BatteryStatus{}); }
+    Result<BatteryStatus> TryRead();
+    BatteryStatus Read() override { return TryRead().Optional().value_or(BatteryStatus{}); }
 
   private:
     QDBusConnection bus_;

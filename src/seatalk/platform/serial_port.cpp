@@ -9,13 +9,14 @@
 #include <QSocketNotifier>
 #include <cerrno>
 #include <cstring>
+#include <string>
 #include <utility>
 
 namespace wakeline {
 namespace {
 
-QString ErrnoText(int error) {
-    return QString::fromLocal8Bit(std::strerror(error));
+std::string ErrnoText(int error) {
+    return std::strerror(error);
 }
 
 // The port's settings: 4800 baud, 8 data bits, space parity (PARENB with CMSPAR and PARODD
@@ -79,20 +80,19 @@ SeaTalkSerialPort::~SeaTalkSerialPort() {
     Close();
 }
 
-bool SeaTalkSerialPort::Start() {
+Status SeaTalkSerialPort::Start() {
     running_ = true;
     if (IsOpen()) {
-        return true;
+        return {};
     }
-    QString problem;
-    if (Open(problem)) {
-        return true;
+    Status opened = Open();
+    if (opened.Ok()) {
+        return opened;
     }
-    lastProblem_ = problem;
     Report(QStringLiteral("SeaTalk port %1 cannot be opened: %2; trying again every %3 seconds"),
-           problem);
+           QString::fromStdString(opened.Reason()));
     retryTimer_.start();
-    return false;
+    return opened;
 }
 
 void SeaTalkSerialPort::Stop() {
@@ -101,32 +101,34 @@ void SeaTalkSerialPort::Stop() {
     Close();
 }
 
-bool SeaTalkSerialPort::Open(QString& problem) {
+Status SeaTalkSerialPort::Open() {
     const QByteArray path = device_.toLocal8Bit();
+    const std::string device = device_.toStdString();
+    const std::string busy = "it is in use by another program";
     const int fd = ::open(path.constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
         const int error = errno;
-        problem =
-            error == EBUSY ? QStringLiteral("it is in use by another program") : ErrnoText(error);
-        return false;
+        return error == EBUSY ? Status::Failure("open", device, busy)
+                              : Status::FromErrno("open", device, error);
     }
     // Another program holding the device (a lock on it, or exclusive mode) means it is busy.
     if (::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         ::close(fd);
-        problem = QStringLiteral("it is in use by another program");
-        return false;
+        return Status::Failure("open", device, busy);
     }
     termios t{};
     if (::tcgetattr(fd, &t) != 0) {
-        problem = QStringLiteral("not a serial port (%1)").arg(ErrnoText(errno));
+        const Status failure =
+            Status::Failure("open", device, "not a serial port (" + ErrnoText(errno) + ")");
         ::close(fd);
-        return false;
+        return failure;
     }
     Configure(t);
     if (::tcsetattr(fd, TCSANOW, &t) != 0) {
-        problem = QStringLiteral("its settings cannot be changed (%1)").arg(ErrnoText(errno));
+        const Status failure = Status::Failure(
+            "open", device, "its settings cannot be changed (" + ErrnoText(errno) + ")");
         ::close(fd);
-        return false;
+        return failure;
     }
     ::ioctl(fd, TIOCEXCL);  // keep other programs out while it is ours; not all devices can
     termios kept{};
@@ -135,7 +137,6 @@ bool SeaTalkSerialPort::Open(QString& problem) {
     ::tcflush(fd, TCIFLUSH);  // what waited before the port was set up is not SeaTalk data
 
     fd_ = fd;
-    lastProblem_.clear();
     notifier_ = new QSocketNotifier(fd_, QSocketNotifier::Read, this);
     connect(notifier_, &QSocketNotifier::activated, this, &SeaTalkSerialPort::ReadAvailable);
     Q_EMIT logLine(QStringLiteral("SeaTalk port %1 opened: 4800 baud, space parity, 8 data bits")
@@ -153,7 +154,7 @@ bool SeaTalkSerialPort::Open(QString& problem) {
         }
     }
     Q_EMIT opened();
-    return true;
+    return {};
 }
 
 void SeaTalkSerialPort::Close() {
@@ -187,7 +188,7 @@ void SeaTalkSerialPort::ReadAvailable() {
             continue;
         }
         if (error != EAGAIN && error != EWOULDBLOCK) {
-            Lose(QStringLiteral("read error: %1").arg(ErrnoText(error)));
+            Lose(QStringLiteral("read error: %1").arg(QString::fromLocal8Bit(ErrnoText(error))));
         }
         return;
     }
@@ -215,8 +216,7 @@ void SeaTalkSerialPort::Retry() {
         retryTimer_.stop();
         return;
     }
-    QString problem;
-    if (Open(problem)) {
+    if (Open().Ok()) {
         retryTimer_.stop();
     }
 }

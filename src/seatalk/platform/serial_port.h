@@ -17,6 +17,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include "base/status.h"
+
 class QSocketNotifier;
 
 namespace wakeline {
@@ -33,9 +35,9 @@ class SeaTalkSerialPort : public QObject {
 
     void SetRetryInterval(int milliseconds) { retryTimer_.setInterval(milliseconds); }
 
-    // Opens the device and starts reading. False when it could not be opened now; the port
-    // then tries again every retry interval until Stop().
-    bool Start();
+    // Opens the device and starts reading. A failure to "open" the device, with why, when it
+    // could not be opened now; the port then tries again every retry interval until Stop().
+    Status Start();
     void Stop();
 
     bool IsOpen() const { return fd_ >= 0; }
@@ -43,8 +45,6 @@ class SeaTalkSerialPort : public QObject {
     // The settings the device did not keep at the last opening, e.g. "space parity (PARENB)";
     // empty when it kept them all.
     const QStringList& Refused() const { return refused_; }
-    // Why the last attempt to open failed; empty after a successful opening.
-    const QString& LastProblem() const { return lastProblem_; }
     // The open descriptor (-1 when closed), for tests that inspect the settings.
     int Descriptor() const { return fd_; }
 
@@ -56,8 +56,8 @@ class SeaTalkSerialPort : public QObject {
     void lost();
 
   private:
-    // Opens and configures the device; on failure returns why (errno text and context).
-    bool Open(QString& problem);
+    // Opens and configures the device; a failure says why (errno text and context).
+    Status Open();
     void Close();
     void ReadAvailable();
     void Lose(const QString& why);
@@ -70,7 +70,6 @@ class SeaTalkSerialPort : public QObject {
     QSocketNotifier* notifier_ = nullptr;  // a child; deleted later, as it may be signalling
     QTimer retryTimer_;
     QStringList refused_;
-    QString lastProblem_;
     bool refusalTold_ = false;  // the user heard about refused settings once
     bool running_ = false;
 };

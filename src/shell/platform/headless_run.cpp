@@ -73,6 +73,9 @@ struct HeadlessRun::Parts {
           centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, battery, alarm,
                                   ThisProgram(), logPath}) {
         alarm.SetAcknowledge([this] { centre.Power().Noticed(centre.Clock().NowUtc()); });
+        battery.SetFailureReport([this](const Status& failure) {
+            centre.Log().DebugWriteLine("Battery: " + failure.Message());
+        });
     }
 
     SystemClock clock;
@@ -92,6 +95,7 @@ struct HeadlessRun::Parts {
     std::unique_ptr<SeaTalkReplayStream> seaTalkReplay;
     bool drawOnTerminal = false;
     std::string loggedStatus;
+    std::string loggedFailure;  // the last connect failure logged
     std::string drawnPowerStatus;
     bool closing = false;
 };
@@ -155,9 +159,16 @@ int HeadlessRun::Start() {
         TcpLink* link = parts_->link.get();
         connect(link, &TcpLink::connected, this, [this] {
             parts_->centre.OnLinkConnected();
+            parts_->loggedFailure.clear();
             parts_->centre.Log().DebugWriteLine("Link to the chart plotter up: " + options_.link);
         });
-        connect(link, &TcpLink::connectFailed, this, [this] {
+        connect(link, &TcpLink::connectFailed, this, [this](const Status& failure) {
+            // The socket's reason, once per change like the status below.
+            if (failure.Message() != parts_->loggedFailure) {
+                parts_->loggedFailure = failure.Message();
+                parts_->centre.Log().DebugWriteLine("Link to the chart plotter: " +
+                                                    parts_->loggedFailure);
+            }
             const bool closeRun = parts_->centre.OnLinkConnectFailed();
             // Without a window the status text goes to the log, once per change: a plotter
             // that stays away would otherwise add a line ten times a second.

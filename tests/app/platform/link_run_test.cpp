@@ -122,6 +122,16 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     const std::string log = ReadFileBytes(boat_.LogPath());
     const std::string attempt = "Timer1 attempt load Seaclear";
     EXPECT_EQ(log.find(attempt), log.rfind(attempt)) << "the plotter is started once";
+    // Why nobody was there, in the socket's words, once per spell however many ticks found
+    // nobody: before the plotter started and after it closed.
+    const std::string refused =
+        "Link to the chart plotter: could not connect to 127.0.0.1:" + std::to_string(port) +
+        ": Connection refused";
+    const std::size_t first = log.find(refused);
+    const std::size_t up = log.find("Link to the chart plotter up");
+    EXPECT_LT(first, up);
+    EXPECT_EQ(log.find(refused, first + 1), log.rfind(refused));
+    EXPECT_GT(log.rfind(refused), up);
     const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(0)};
     EXPECT_EQ(HandledLines(log, "55."), expected);
     EXPECT_EQ(RecordedLines(boat_, "55."), expected);

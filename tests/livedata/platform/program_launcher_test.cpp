@@ -43,19 +43,25 @@ TEST(ProgramLauncherTest, WindowsProgramsGoThroughWineOthersStartAsTheyAre) {
 
     // Through wine, in the program's own directory, whatever the case of ".exe".
     ProgramLauncher withWine({bin});
-    EXPECT_EQ(withWine.StartProgram(exe.toStdString()), "");
+    EXPECT_TRUE(withWine.StartProgram(exe.toStdString()).Ok());
     EXPECT_EQ(ReadWhenWritten(root.filePath("wine.txt")), seaclear + " " + exe);
 
     ProgramLauncher withoutWine({root.filePath("empty")});
-    EXPECT_EQ(withoutWine.StartProgram(exe.toStdString()),
+    EXPECT_EQ(withoutWine.StartProgram(exe.toStdString()).Reason(),
               "wine is not on the PATH, so a Windows program cannot be started");
-    EXPECT_EQ(withoutWine.StartProgram(root.filePath("none.exe").toStdString()),
-              "the file does not exist");
+    EXPECT_EQ(withoutWine.StartProgram(root.filePath("none.exe").toStdString()).Reason(),
+              "No such file or directory");
 
     // A native program needs no wine.
     const QString native = seaclear + "/seaclear.sh";
     WriteRecordingScript(native, root.filePath("native.txt"));
-    EXPECT_EQ(withoutWine.StartProgram(native.toStdString()), "");
+    EXPECT_TRUE(withoutWine.StartProgram(native.toStdString()).Ok());
+    // A file that may not be run: the system's own reason (EACCES), in Qt's words around it.
+    QFile(seaclear + "/notes.txt").open(QIODevice::WriteOnly);
+    EXPECT_NE(withoutWine.StartProgram((seaclear + "/notes.txt").toStdString())
+                  .Reason()
+                  .find("Permission denied"),
+              std::string::npos);
     EXPECT_EQ(ReadWhenWritten(root.filePath("native.txt")), seaclear);
 }
 

@@ -79,27 +79,28 @@ TEST(UPowerBattery, ReadsTheDisplayDeviceAndFallsSilentWithoutIt) {
 
     upower.Device().percentage = 48.5;  // a half goes to the even percent
     upower.Device().state = 2;          // discharging
-    auto status = battery.TryRead();
+    auto status = battery.TryRead().Optional();
     ASSERT_TRUE(status.has_value());
     EXPECT_EQ(status->BatteryLifePercent, 48);
     EXPECT_EQ(status->BatteryFlag, 0);
 
     upower.Device().percentage = 99.6;
     upower.Device().state = 1;  // charging
-    status = battery.TryRead();
+    status = battery.TryRead().Optional();
     ASSERT_TRUE(status.has_value());
     EXPECT_EQ(status->BatteryLifePercent, 100);
     EXPECT_EQ(status->BatteryFlag, BatteryStatus::kChargingFlag);
 
     // A desktop: UPower answers, but there is no battery.
     upower.Device().present = false;
-    EXPECT_FALSE(battery.TryRead().has_value());
+    EXPECT_EQ(battery.TryRead().GetStatus().Message(),
+              "could not read the battery from org.freedesktop.UPower: it knows no battery");
     EXPECT_EQ(battery.Read().BatteryLifePercent, 255);
 
     // UPower is not running, or there is no system bus at all.
     upower.Withdraw();
-    EXPECT_FALSE(battery.TryRead().has_value());
-    EXPECT_FALSE(UPowerBattery(QDBusConnection("no-such-connection")).TryRead().has_value());
+    EXPECT_FALSE(battery.TryRead().Ok());
+    EXPECT_FALSE(UPowerBattery(QDBusConnection("no-such-connection")).TryRead().Ok());
 }
 
 }  // namespace
