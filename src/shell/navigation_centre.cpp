@@ -348,4 +348,8 @@ bool NavigationCentre::FormUnload() {
     return true;
 }
 
+void NavigationCentre::AcknowledgeAlarm() {
+    power_.Noticed(clock_.NowUtc());
+}
+
 }  // namespace wakeline

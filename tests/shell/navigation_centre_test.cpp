@@ -241,6 +241,19 @@ TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     EXPECT_EQ(boat.dialogs.messages.back(), "ending trace function");
 }
 
+TEST(Power, TheAlarmWindowsButtonMovesTheAlarmOn) {
+    Boat boat;
+    boat.battery.status = {25, 0};  // on battery, below 30 %
+    NavigationCentre& centre = boat.Start(kIni);
+    centre.Timer1_Timer();
+    ASSERT_EQ(boat.alarm.shown, Texts{"Warning Batteries"});
+    boat.clock.now.second = 20;
+    centre.AcknowledgeAlarm();
+    // The first warning read, at the run's time: the next one waits at least ten seconds.
+    EXPECT_EQ(centre.Power().State().AlarmState, 1);
+    EXPECT_EQ(centre.Power().State().LastNoticed, DateTimeFromFields({2026, 11, 15, 23, 42, 20}));
+}
+
 TEST(SeaTalk, ACompletedDatagramTakesTheRoadOfADataLine) {
     Boat boat;
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,SC");

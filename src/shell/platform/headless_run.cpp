@@ -7,7 +7,6 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 
 #include "base/platform/durable_file_system.h"
@@ -59,21 +58,13 @@ std::string Latin1ForTerminal(const std::string& bytes) {
         .toStdString();
 }
 
-void RunQueued(std::function<void()> action) {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action),
-                              Qt::QueuedConnection);
-}
-
 }  // namespace
 
 struct HeadlessRun::Parts {
     Parts(const std::string& logPath, const std::optional<std::string>& powerSupply)
         : battery(powerSupply),
-          alarm(dialogs, RunQueued),
           centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, battery, alarm,
-                                  ThisProgram(), logPath}) {
-        alarm.SetAcknowledge([this] { centre.Power().Noticed(centre.Clock().NowUtc()); });
-    }
+                                  ThisProgram(), logPath}) {}
 
     SystemClock clock;
     DurableFileSystem files;
@@ -225,11 +216,21 @@ void HeadlessRun::StartSeaTalk() {
 }
 
 void HeadlessRun::OnTick() {
-    if (parts_->centre.Timer1_Timer() && parts_->link) {
+    NavigationCentre& centre = parts_->centre;
+    const bool switchLinkOn = centre.Timer1_Timer();
+    // Nobody is there to press the alarm window's button: an alarm the check raised is written
+    // and counts as noticed now that the check is over.
+    if (const auto alarm = parts_->alarm.TakeRaised()) {
+        if (!alarm->empty()) {
+            parts_->dialogs.ShowMessage(*alarm);
+        }
+        centre.AcknowledgeAlarm();
+    }
+    if (switchLinkOn && parts_->link) {
         parts_->link->Connect();
     }
     // The battery line changes between data lines; redraw only when it did.
-    if (parts_->drawOnTerminal && parts_->centre.Power().StatusText() != parts_->drawnPowerStatus) {
+    if (parts_->drawOnTerminal && centre.Power().StatusText() != parts_->drawnPowerStatus) {
         Draw();
     }
 }
