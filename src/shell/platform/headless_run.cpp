@@ -64,7 +64,7 @@ struct HeadlessRun::Parts {
     Parts(const std::string& logPath, const std::optional<std::string>& powerSupply)
         : battery(powerSupply),
           centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, battery, alarm,
-                                  ThisProgram(), logPath}) {}
+                                  ThisProgram(), logPath, /*dialogsIntoLog=*/true}) {}
 
     SystemClock clock;
     DurableFileSystem files;
@@ -105,7 +105,6 @@ int HeadlessRun::Start() {
 
     parts_ = std::make_unique<Parts>(logPath, options_.powerSupply);
     NavigationCentre& centre = parts_->centre;
-    parts_->dialogs.AttachLog(&centre.Log());
     parts_->drawOnTerminal = ::isatty(STDOUT_FILENO) == 1;
     if (options_.replay) {
         centre.UseReplay();
@@ -128,15 +127,15 @@ int HeadlessRun::Start() {
         connect(replay, &ReplaySource::lineRead, this,
                 [this](const QByteArray& line) { OnDataLine(line, true); });
         connect(replay, &ReplaySource::lineDropped, this,
-                [this] { parts_->centre.Log().DebugWriteLine("Replay line too long, dropped"); });
+                [this] { parts_->centre.DebugWriteLine("Replay line too long, dropped"); });
         connect(replay, &ReplaySource::finished, this, [this](const QString& problem) {
             if (!problem.isEmpty()) {
-                parts_->dialogs.ShowMessage("Replay ended: " + problem.toStdString());
+                parts_->centre.ShowMessage("Replay ended: " + problem.toStdString());
             }
             CloseRun();
         });
         if (!replay->Start()) {
-            parts_->dialogs.ShowMessage(replay->ErrorText().toStdString());
+            parts_->centre.ShowMessage(replay->ErrorText().toStdString());
             CloseRun();
         }
     } else if (centre.SeaTalkPortWanted()) {
@@ -146,7 +145,7 @@ int HeadlessRun::Start() {
         TcpLink* link = parts_->link.get();
         connect(link, &TcpLink::connected, this, [this] {
             parts_->centre.OnLinkConnected();
-            parts_->centre.Log().DebugWriteLine("Link to the chart plotter up: " + options_.link);
+            parts_->centre.DebugWriteLine("Link to the chart plotter up: " + options_.link);
         });
         connect(link, &TcpLink::connectFailed, this, [this] {
             const bool closeRun = parts_->centre.OnLinkConnectFailed();
@@ -154,7 +153,7 @@ int HeadlessRun::Start() {
             // that stays away would otherwise add a line ten times a second.
             if (parts_->centre.LinkStatus().text != parts_->loggedStatus) {
                 parts_->loggedStatus = parts_->centre.LinkStatus().text;
-                parts_->centre.Log().DebugWriteLine("Link status: " + parts_->loggedStatus);
+                parts_->centre.DebugWriteLine("Link status: " + parts_->loggedStatus);
             }
             if (closeRun) {
                 // The chart plotter was closed after data: the voyage is over.
@@ -165,12 +164,12 @@ int HeadlessRun::Start() {
         connect(link, &TcpLink::closed, this, [this] {
             parts_->centre.OnLinkClosed();
             parts_->loggedStatus.clear();
-            parts_->centre.Log().DebugWriteLine("Link to the chart plotter closed");
+            parts_->centre.DebugWriteLine("Link to the chart plotter closed");
         });
         connect(link, &TcpLink::lineReceived, this,
                 [this](const QByteArray& line) { OnDataLine(line, false); });
         connect(link, &TcpLink::lineDropped, this,
-                [this] { parts_->centre.Log().DebugWriteLine("Link line too long, dropped"); });
+                [this] { parts_->centre.DebugWriteLine("Link line too long, dropped"); });
     }
     Draw();
     return -1;
@@ -191,13 +190,12 @@ void HeadlessRun::StartSeaTalk() {
         connect(stream, &SeaTalkReplayStream::finished, this, [this](const QString& problem) {
             parts_->centre.OnSeaTalkEnd();
             if (!problem.isEmpty()) {
-                parts_->dialogs.ShowMessage("SeaTalk replay ended: " + problem.toStdString());
+                parts_->centre.ShowMessage("SeaTalk replay ended: " + problem.toStdString());
             }
             CloseRun();
         });
         if (!stream->Start()) {
-            parts_->dialogs.ShowMessage("SeaTalk replay cannot be read: " +
-                                        *options_.seaTalkReplay);
+            parts_->centre.ShowMessage("SeaTalk replay cannot be read: " + *options_.seaTalkReplay);
             CloseRun();
         }
         return;
@@ -206,11 +204,10 @@ void HeadlessRun::StartSeaTalk() {
         std::make_unique<SeaTalkSerialPort>(QString::fromStdString(options_.serial), this);
     SeaTalkSerialPort* port = parts_->serial.get();
     connect(port, &SeaTalkSerialPort::bytesReceived, this, feed);
-    connect(port, &SeaTalkSerialPort::logLine, this, [this](const QString& text) {
-        parts_->centre.Log().DebugWriteLine(text.toStdString());
-    });
+    connect(port, &SeaTalkSerialPort::logLine, this,
+            [this](const QString& text) { parts_->centre.DebugWriteLine(text.toStdString()); });
     connect(port, &SeaTalkSerialPort::userMessage, this,
-            [this](const QString& text) { parts_->dialogs.ShowMessage(text.toStdString()); });
+            [this](const QString& text) { parts_->centre.ShowMessage(text.toStdString()); });
     // A port that is not there yet is tried again by the port itself; the run goes on.
     port->Start();
 }
@@ -222,7 +219,7 @@ void HeadlessRun::OnTick() {
     // and counts as noticed now that the check is over.
     if (const auto alarm = parts_->alarm.TakeRaised()) {
         if (!alarm->empty()) {
-            parts_->dialogs.ShowMessage(*alarm);
+            centre.ShowMessage(*alarm);
         }
         centre.AcknowledgeAlarm();
     }
