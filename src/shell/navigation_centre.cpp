@@ -29,9 +29,9 @@ NavigationCentre::NavigationCentre(const PlatformServices& services)
     : services_(services),
       clock_(services.clock),
       log_(clock_, services.files, services.dialogs, services.logPath),
+      dialogs_(services.dialogs, log_, services.dialogsIntoLog),
       link_(log_, services.programs),
-      track_(TrackSettings{}, clock_, services.files, log_, services.dialogs, windHistory_,
-             windSamples_),
+      track_(TrackSettings{}, clock_, services.files, log_, dialogs_, windHistory_, windSamples_),
       power_(services.battery, services.alarm) {}
 
 bool NavigationCentre::ReadFlagSetting(const char* key) {
@@ -136,7 +136,7 @@ void NavigationCentre::LoadPolarTables() {
     if (!files_.TrackDir.empty() && services_.files.FileExists(path)) {
         const PolarReadReport report = ReadPolarFile(services_.files, path, performance_);
         for (const std::string& message : report.messages) {
-            services_.dialogs.ShowMessage(message);
+            dialogs_.ShowMessage(message);
         }
         state_.PolarTablesOn = performance_.Polars.Current >= 0;
         // Both texts name the chart plotter's directory, not the one the file was read
@@ -177,7 +177,7 @@ void NavigationCentre::ChooseDataSource() {
         seaTalk_ = std::make_unique<SeaTalkInput>(state_.SeaTalkMode);
         // Opening the port: the warning comes first, once per run.
         if (const auto warning = seaTalk_->TakePortWarning()) {
-            services_.dialogs.ShowMessage(*warning);
+            dialogs_.ShowMessage(*warning);
         }
         // Records take the bus's own time once it has sent one.
         track_.SetSeaTalkTime([this] { return seaTalkLineTime_; });
@@ -191,13 +191,13 @@ void NavigationCentre::ChooseDataSource() {
     const std::int16_t dde = files_.Ini.Dde;
     if (dde == 0) {
         // Without the link there is no data source and no battery check until a restart.
-        services_.dialogs.ShowMessage(
+        dialogs_.ShowMessage(
             "DDE=1 statement missing, no DDE interface started; click help button");
         return;
     }
     if (dde != 1) {
-        services_.dialogs.ShowMessage("Warning: DDE=" + std::to_string(dde) +
-                                      " seems wrong, attempting DDE interface anyway");
+        dialogs_.ShowMessage("Warning: DDE=" + std::to_string(dde) +
+                             " seems wrong, attempting DDE interface anyway");
     }
     state_.Timer1Interval = 100;
 }
@@ -214,11 +214,11 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     DDEInit();
     log_.DebugWriteLine("Form_Load performed DDEInit ");
     if (!state_.TraceOn) {
-        services_.dialogs.ShowMessage("No tracefile will be made");
+        dialogs_.ShowMessage("No tracefile will be made");
     }
 
     const DetermineFilesInput input{commandLine_, services_.program.programDir};
-    if (!DetermineFiles(input, services_.files, services_.dialogs, log_, files_)) {
+    if (!DetermineFiles(input, services_.files, dialogs_, log_, files_)) {
         return false;
     }
 
@@ -338,7 +338,7 @@ void NavigationCentre::HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& even
 }
 
 bool NavigationCentre::FormUnload() {
-    if (!services_.dialogs.AskOkCancel("ending trace function")) {
+    if (!dialogs_.AskOkCancel("ending trace function")) {
         // A lost link no longer closes the window by itself until new data have arrived.
         link_.OnCloseRefused();
         return false;
@@ -346,6 +346,18 @@ bool NavigationCentre::FormUnload() {
     // The forced note flushes every pending record and saves the wind history.
     track_.TraceWriteLine("normal closedown", true);
     return true;
+}
+
+void NavigationCentre::AcknowledgeAlarm() {
+    power_.Noticed(clock_.NowUtc());
+}
+
+void NavigationCentre::ShowMessage(const std::string& text) {
+    dialogs_.ShowMessage(text);
+}
+
+void NavigationCentre::DebugWriteLine(std::string_view text) {
+    log_.DebugWriteLine(text);
 }
 
 }  // namespace wakeline

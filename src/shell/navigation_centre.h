@@ -20,6 +20,7 @@
 #include "power/power_monitor.h"
 #include "seatalk/seatalk_input.h"
 #include "shell/configuration.h"
+#include "shell/logged_dialogs.h"
 #include "shell/platform_services.h"
 #include "track/track_writer.h"
 #include "wind/wind_data.h"
@@ -105,24 +106,31 @@ class NavigationCentre : private DataLineSink {
     // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
     bool FormUnload();
 
+    // The alarm window's button: the user has read the battery alarm now. The alarm state
+    // moves on and the alarm keeps quiet for a while; call it after the check that raised the
+    // alarm has ended.
+    void AcknowledgeAlarm();
+    // A message of the platform (a replay that ended, a port that cannot be used), shown as
+    // the run shows its own.
+    void ShowMessage(const std::string& text);
+    // A line of the platform's into the diagnostic log, as the command line's mode decides.
+    void DebugWriteLine(std::string_view text);
+
     const RunState& State() const { return state_; }
     const ProgramFiles& Files() const { return files_; }
     const std::string& CommandLine() const { return commandLine_; }
     const std::string& Caption() const { return caption_; }
     const LinkStatusText& LinkStatus() const { return linkStatus_; }
     const ChartPlotterLink& Link() const { return link_; }
-    DiagnosticLog& Log() { return log_; }
-    ProgramClock& Clock() { return clock_; }
-    TrackWriter& Track() { return track_; }
+    // The track records not yet written.
+    const TrackWriter& Track() const { return track_; }
     const FieldTable& Fields() const { return fieldTable_; }
     const DisplayComputation& Display() const { return display_; }
     const PerformanceTables& Performance() const { return performance_; }
     // What the last data line did to the display (its error, the rows written, the last row).
     const DisplayOutcome& LastDisplay() const { return lastDisplay_; }
     const WindData& WindHistory() const { return windHistory_; }
-    // The battery monitor: its status text and alarm state; the alarm window acknowledges
-    // through it.
-    PowerMonitor& Power() { return power_; }
+    // The battery monitor: its status text and alarm state.
     const PowerMonitor& Power() const { return power_; }
     const WindData& WindSamples() const { return windSamples_; }
 
@@ -142,6 +150,7 @@ class NavigationCentre : private DataLineSink {
     PlatformServices services_;
     ProgramClock clock_;
     DiagnosticLog log_;
+    LoggedDialogs dialogs_;  // what the run's subsystems ask the user through
     RunState state_;
     ProgramFiles files_;
     std::string commandLine_;

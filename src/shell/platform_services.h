@@ -62,6 +62,9 @@ struct PlatformServices {
     PowerAlarm& alarm;  // the alarm window and the sound check
     ProgramInfo program;
     std::string logPath;  // the diagnostic log file
+    // Every message and question also goes into the diagnostic log while it writes its file
+    // (a run without windows, whose dialogs only reach standard error).
+    bool dialogsIntoLog = false;
 };
 
 }  // namespace wakeline

@@ -37,8 +37,9 @@ struct Boat {
 
     NavigationCentre& Start(const std::string& commandLine, bool replay = false) {
         const ProgramInfo program{"Wakeline", 1, 1, 35, "/opt/wakeline"};
-        centre = std::make_unique<NavigationCentre>(PlatformServices{
-            clock, files, dialogs, settings, frame, programs, battery, alarm, program, kLogPath});
+        centre = std::make_unique<NavigationCentre>(
+            PlatformServices{clock, files, dialogs, settings, frame, programs, battery, alarm,
+                             program, kLogPath, dialogsIntoLog});
         if (replay) {
             centre->UseReplay();
         }
@@ -63,6 +64,7 @@ struct Boat {
     testing::RecordingDialogs dialogs;
     MemorySettingsStore settings;
     DetachedFrame frame;
+    bool dialogsIntoLog = false;
     std::unique_ptr<NavigationCentre> centre;
     bool started = false;
 };
@@ -148,6 +150,35 @@ TEST(StartUp, TheTraceMessageComesBeforeTheFilesAndNoSettingsFileEndsTheStart) {
     EXPECT_EQ(boat.dialogs.messages.front(),
               "Started with Command line:\"/nowhere/SeaClear_2.ini,,NOTRACE,I\"");
     EXPECT_EQ(boat.centre->State().Timer1Interval, 0);
+}
+
+TEST(StartUp, MessagesGoIntoTheLogFileWhenThePlatformAsks) {
+    const struct {
+        const char* legend;
+        bool intoLog;
+        const char* commandLine;
+        bool logged;
+    } cases[] = {
+        {"asked, log file", true, "/boat/SeaClear_2.ini,,NOTRACE,F", true},
+        {"not asked", false, "/boat/SeaClear_2.ini,,NOTRACE,F", false},
+        // In mode I each log line is a message box already.
+        {"asked, message boxes", true, "/boat/SeaClear_2.ini,,NOTRACE,I", false},
+    };
+    for (const auto& c : cases) {
+        Boat boat;
+        boat.dialogsIntoLog = c.intoLog;
+        boat.Start(c.commandLine);
+        ASSERT_TRUE(boat.started) << c.legend;
+        const auto& messages = boat.dialogs.messages;
+        EXPECT_EQ(std::count(messages.begin(), messages.end(), "No tracefile will be made"), 1)
+            << c.legend;
+        const Texts log = boat.files.files.count(kLogPath) != 0 ? boat.LogLines() : Texts{};
+        const auto note = std::find(log.begin(), log.end(), "No tracefile will be made");
+        EXPECT_EQ(note != log.end(), c.logged) << c.legend;
+        if (c.logged) {
+            EXPECT_EQ(*(note - 1), "Form_Load performed DDEInit ") << "shown where it arose";
+        }
+    }
 }
 
 TEST(StartUp, DataSourceFollowsTheDdeKey) {
@@ -240,6 +271,19 @@ TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     boat.dialogs.okCancelAnswer = true;
     EXPECT_TRUE(linked.FormUnload());
     EXPECT_EQ(boat.dialogs.messages.back(), "ending trace function");
+}
+
+TEST(Power, TheAlarmWindowsButtonMovesTheAlarmOn) {
+    Boat boat;
+    boat.battery.status = {25, 0};  // on battery, below 30 %
+    NavigationCentre& centre = boat.Start(kIni);
+    centre.Timer1_Timer();
+    ASSERT_EQ(boat.alarm.shown, Texts{"Warning Batteries"});
+    boat.clock.now.second = 20;
+    centre.AcknowledgeAlarm();
+    // The first warning read, at the run's time: the next one waits at least ten seconds.
+    EXPECT_EQ(centre.Power().State().AlarmState, 1);
+    EXPECT_EQ(centre.Power().State().LastNoticed, DateTimeFromFields({2026, 11, 15, 23, 42, 20}));
 }
 
 TEST(SeaTalk, ACompletedDatagramTakesTheRoadOfADataLine) {

@@ -1,23 +1,17 @@
 #include "shell/platform/headless_power_alarm.h"
 
+#include <utility>
+
 namespace wakeline {
 
 void HeadlessPowerAlarm::ShowPowerAlarm(const PowerState& state, DateTime now) {
-    // A check may call again before the acknowledgement has run; the alarm is up already.
-    if (pending_) {
-        return;
+    if (!raised_) {
+        raised_ = AlarmMessage(state, now);
     }
-    const std::string message = AlarmMessage(state, now);
-    if (!message.empty()) {
-        dialogs_.ShowMessage(message);
-    }
-    pending_ = true;
-    noticeLater_([this] {
-        pending_ = false;
-        if (acknowledge_) {
-            acknowledge_();
-        }
-    });
+}
+
+std::optional<std::string> HeadlessPowerAlarm::TakeRaised() {
+    return std::exchange(raised_, std::nullopt);
 }
 
 }  // namespace wakeline

@@ -7,7 +7,6 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 
 #include "base/platform/durable_file_system.h"
@@ -59,22 +58,16 @@ std::string Latin1ForTerminal(const std::string& bytes) {
         .toStdString();
 }
 
-void RunQueued(std::function<void()> action) {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action),
-                              Qt::QueuedConnection);
-}
-
 }  // namespace
 
 struct HeadlessRun::Parts {
     Parts(const std::string& logPath, const std::optional<std::string>& powerSupply)
         : battery(powerSupply),
-          alarm(dialogs, RunQueued),
           centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, battery, alarm,
-                                  ThisProgram(), logPath}) {
-        alarm.SetAcknowledge([this] { centre.Power().Noticed(centre.Clock().NowUtc()); });
+                                  ThisProgram(), logPath, /*dialogsIntoLog=*/true}) {
+        // The battery is read inside the run's tick; a failed read is told in the run's log.
         battery.SetFailureReport([this](const Status& failure) {
-            centre.Log().DebugWriteLine("Battery: " + failure.Message());
+            centre.DebugWriteLine("Battery: " + failure.Message());
         });
     }
 
@@ -118,7 +111,6 @@ int HeadlessRun::Start() {
 
     parts_ = std::make_unique<Parts>(logPath, options_.powerSupply);
     NavigationCentre& centre = parts_->centre;
-    parts_->dialogs.AttachLog(&centre.Log());
     parts_->drawOnTerminal = ::isatty(STDOUT_FILENO) == 1;
     if (options_.replay) {
         centre.UseReplay();
@@ -141,15 +133,15 @@ int HeadlessRun::Start() {
         connect(replay, &ReplaySource::lineRead, this,
                 [this](const QByteArray& line) { OnDataLine(line, true); });
         connect(replay, &ReplaySource::lineDropped, this,
-                [this] { parts_->centre.Log().DebugWriteLine("Replay line too long, dropped"); });
+                [this] { parts_->centre.DebugWriteLine("Replay line too long, dropped"); });
         connect(replay, &ReplaySource::finished, this, [this](const QString& problem) {
             if (!problem.isEmpty()) {
-                parts_->dialogs.ShowMessage("Replay ended: " + problem.toStdString());
+                parts_->centre.ShowMessage("Replay ended: " + problem.toStdString());
             }
             CloseRun();
         });
         if (!replay->Start()) {
-            parts_->dialogs.ShowMessage(replay->ErrorText().toStdString());
+            parts_->centre.ShowMessage(replay->ErrorText().toStdString());
             CloseRun();
         }
     } else if (centre.SeaTalkPortWanted()) {
@@ -160,21 +152,21 @@ int HeadlessRun::Start() {
         connect(link, &TcpLink::connected, this, [this] {
             parts_->centre.OnLinkConnected();
             parts_->loggedFailure.clear();
-            parts_->centre.Log().DebugWriteLine("Link to the chart plotter up: " + options_.link);
+            parts_->centre.DebugWriteLine("Link to the chart plotter up: " + options_.link);
         });
         connect(link, &TcpLink::connectFailed, this, [this](const Status& failure) {
             // The socket's reason, once per change like the status below.
             if (failure.Message() != parts_->loggedFailure) {
                 parts_->loggedFailure = failure.Message();
-                parts_->centre.Log().DebugWriteLine("Link to the chart plotter: " +
-                                                    parts_->loggedFailure);
+                parts_->centre.DebugWriteLine("Link to the chart plotter: " +
+                                              parts_->loggedFailure);
             }
             const bool closeRun = parts_->centre.OnLinkConnectFailed();
             // Without a window the status text goes to the log, once per change: a plotter
             // that stays away would otherwise add a line ten times a second.
             if (parts_->centre.LinkStatus().text != parts_->loggedStatus) {
                 parts_->loggedStatus = parts_->centre.LinkStatus().text;
-                parts_->centre.Log().DebugWriteLine("Link status: " + parts_->loggedStatus);
+                parts_->centre.DebugWriteLine("Link status: " + parts_->loggedStatus);
             }
             if (closeRun) {
                 // The chart plotter was closed after data: the voyage is over.
@@ -185,12 +177,12 @@ int HeadlessRun::Start() {
         connect(link, &TcpLink::closed, this, [this] {
             parts_->centre.OnLinkClosed();
             parts_->loggedStatus.clear();
-            parts_->centre.Log().DebugWriteLine("Link to the chart plotter closed");
+            parts_->centre.DebugWriteLine("Link to the chart plotter closed");
         });
         connect(link, &TcpLink::lineReceived, this,
                 [this](const QByteArray& line) { OnDataLine(line, false); });
         connect(link, &TcpLink::lineDropped, this,
-                [this] { parts_->centre.Log().DebugWriteLine("Link line too long, dropped"); });
+                [this] { parts_->centre.DebugWriteLine("Link line too long, dropped"); });
     }
     Draw();
     return -1;
@@ -211,13 +203,12 @@ void HeadlessRun::StartSeaTalk() {
         connect(stream, &SeaTalkReplayStream::finished, this, [this](const QString& problem) {
             parts_->centre.OnSeaTalkEnd();
             if (!problem.isEmpty()) {
-                parts_->dialogs.ShowMessage("SeaTalk replay ended: " + problem.toStdString());
+                parts_->centre.ShowMessage("SeaTalk replay ended: " + problem.toStdString());
             }
             CloseRun();
         });
         if (!stream->Start()) {
-            parts_->dialogs.ShowMessage("SeaTalk replay cannot be read: " +
-                                        *options_.seaTalkReplay);
+            parts_->centre.ShowMessage("SeaTalk replay cannot be read: " + *options_.seaTalkReplay);
             CloseRun();
         }
         return;
@@ -226,21 +217,30 @@ void HeadlessRun::StartSeaTalk() {
         std::make_unique<SeaTalkSerialPort>(QString::fromStdString(options_.serial), this);
     SeaTalkSerialPort* port = parts_->serial.get();
     connect(port, &SeaTalkSerialPort::bytesReceived, this, feed);
-    connect(port, &SeaTalkSerialPort::logLine, this, [this](const QString& text) {
-        parts_->centre.Log().DebugWriteLine(text.toStdString());
-    });
+    connect(port, &SeaTalkSerialPort::logLine, this,
+            [this](const QString& text) { parts_->centre.DebugWriteLine(text.toStdString()); });
     connect(port, &SeaTalkSerialPort::userMessage, this,
-            [this](const QString& text) { parts_->dialogs.ShowMessage(text.toStdString()); });
+            [this](const QString& text) { parts_->centre.ShowMessage(text.toStdString()); });
     // A port that is not there yet is tried again by the port itself; the run goes on.
     port->Start();
 }
 
 void HeadlessRun::OnTick() {
-    if (parts_->centre.Timer1_Timer() && parts_->link) {
+    NavigationCentre& centre = parts_->centre;
+    const bool switchLinkOn = centre.Timer1_Timer();
+    // Nobody is there to press the alarm window's button: an alarm the check raised is written
+    // and counts as noticed now that the check is over.
+    if (const auto alarm = parts_->alarm.TakeRaised()) {
+        if (!alarm->empty()) {
+            centre.ShowMessage(*alarm);
+        }
+        centre.AcknowledgeAlarm();
+    }
+    if (switchLinkOn && parts_->link) {
         parts_->link->Connect();
     }
     // The battery line changes between data lines; redraw only when it did.
-    if (parts_->drawOnTerminal && parts_->centre.Power().StatusText() != parts_->drawnPowerStatus) {
+    if (parts_->drawOnTerminal && centre.Power().StatusText() != parts_->drawnPowerStatus) {
         Draw();
     }
 }

@@ -7,9 +7,6 @@ namespace wakeline {
 void StderrDialogs::Write(const std::string& text, const char* answer) {
     std::fprintf(stderr, "Wakeline: %s%s\n", text.c_str(), answer);
     std::fflush(stderr);
-    if (log_ != nullptr && log_->Mode() == kDebugLogFile) {
-        log_->DebugWriteLine(text);
-    }
 }
 
 void StderrDialogs::ShowMessage(const std::string& text) {
