@@ -46,8 +46,15 @@ bool NavigationCentre::ReadFlagSetting(const char* key) {
         }
     }
     // Writing back makes the keys exist in the store after the first run.
-    services_.settings.Set(kSettingsSection, key, BoolText(value));
+    StoreSetting(key, BoolText(value));
     return value;
+}
+
+void NavigationCentre::StoreSetting(const char* key, const std::string& value) {
+    const Status stored = services_.settings.Set(kSettingsSection, key, value);
+    if (!stored.Ok() && settingsProblem_.empty()) {
+        settingsProblem_ = stored.Message();
+    }
 }
 
 void NavigationCentre::ReadUserSettings() {
@@ -64,7 +71,7 @@ void NavigationCentre::ReadUserSettings() {
     }
     services_.window.SetWidth(width);
     state_.FormWidth = services_.window.Width();
-    services_.settings.Set(kSettingsSection, "FormWidth", std::to_string(state_.FormWidth));
+    StoreSetting("FormWidth", std::to_string(state_.FormWidth));
 
     services_.window.SetHeight(0);
     state_.CaptionHeight = services_.window.Height();
@@ -211,6 +218,10 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     ParseCommandLine();
     display_.SetFeetOption(state_.LiveOptionM);
     log_.DebugWriteLine("Form_Load processed commandline ");
+    // The settings are stored before the command line says where diagnostics go.
+    if (!settingsProblem_.empty()) {
+        log_.DebugWriteLine("Per-user settings not stored: " + settingsProblem_);
+    }
     DDEInit();
     log_.DebugWriteLine("Form_Load performed DDEInit ");
     if (!state_.TraceOn) {

@@ -137,6 +137,8 @@ class NavigationCentre : private DataLineSink {
   private:
     void ReadUserSettings();
     bool ReadFlagSetting(const char* key);
+    // Writes a per-user setting back; the first failure is kept for the log.
+    void StoreSetting(const char* key, const std::string& value);
     void ParseCommandLine();
     void DDEInit();
     void ChooseDataSource();
@@ -153,6 +155,7 @@ class NavigationCentre : private DataLineSink {
     LoggedDialogs dialogs_;  // what the run's subsystems ask the user through
     RunState state_;
     ProgramFiles files_;
+    std::string settingsProblem_;  // the first per-user setting that could not be stored
     std::string commandLine_;
     std::string caption_;
     LinkStatusText linkStatus_;
