@@ -15,17 +15,14 @@
 #include "base/diagnostic_log.h"
 #include "base/file_system.h"
 #include "base/user_dialogs.h"
+#include "require.h"
 #include "shell/configuration.h"
+
+using wakeline::fuzz::Require;
 
 namespace {
 
 using namespace wakeline;
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 // One file, held in memory; writes go nowhere.
 class OneFile : public FileSystem {
@@ -33,9 +30,9 @@ class OneFile : public FileSystem {
     explicit OneFile(std::string bytes) : bytes_(std::move(bytes)) {}
     bool FileExists(const std::string&) const override { return true; }
     bool DirectoryExists(const std::string&) const override { return false; }
-    std::optional<std::string> ReadFile(const std::string&) const override { return bytes_; }
-    bool AppendToFile(const std::string&, std::string_view) override { return true; }
-    bool WriteFile(const std::string&, std::string_view) override { return true; }
+    Result<std::string> ReadFile(const std::string&) const override { return bytes_; }
+    Status AppendToFile(const std::string&, std::string_view) override { return {}; }
+    Status WriteFile(const std::string&, std::string_view) override { return {}; }
 
   private:
     std::string bytes_;

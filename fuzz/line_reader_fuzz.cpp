@@ -13,16 +13,13 @@
 #include <vector>
 
 #include "base/line_reader.h"
+#include "require.h"
+
+using wakeline::fuzz::Require;
 
 namespace {
 
 using namespace wakeline;
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 struct Outcome {
     std::vector<LineEvent> events;

@@ -15,16 +15,13 @@
 #include "performance/table_defaults.h"
 #include "performance/target_speed.h"
 #include "performance/wind_correction.h"
+#include "require.h"
+
+using wakeline::fuzz::Require;
 
 namespace {
 
 using namespace wakeline;
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void LookUpEverywhere(const PerformanceTables& tables) {
     for (float angle : {-180.0f, -40.0f, 0.0f, 45.0f, 90.0f, 135.0f, 180.0f}) {

@@ -11,16 +11,9 @@
 
 #include "base/date_time.h"
 #include "livedata/replay_line.h"
+#include "require.h"
 
-namespace {
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
-}  // namespace
+using wakeline::fuzz::Require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace wakeline;

@@ -10,17 +10,10 @@
 #include <optional>
 #include <string>
 
+#include "require.h"
 #include "wind/wind_file.h"
 
-namespace {
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
-}  // namespace
+using wakeline::fuzz::Require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace wakeline;
