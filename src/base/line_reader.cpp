@@ -4,23 +4,36 @@
 #include <utility>
 
 namespace wakeline {
+namespace {
+
+// The first CR or LF from `from`. A plain loop: find_first_of calls memchr once per byte.
+std::size_t FindLineEnd(std::string_view bytes, std::size_t from) {
+    for (std::size_t at = from; at < bytes.size(); ++at) {
+        if (bytes[at] == '\n' || bytes[at] == '\r') {
+            return at;
+        }
+    }
+    return std::string_view::npos;
+}
+
+}  // namespace
 
 LineReader::LineReader(LineEnds ends, std::size_t maxLineBytes)
     : ends_(ends), maxLineBytes_(maxLineBytes) {}
 
-std::vector<LineEvent> LineReader::Feed(std::string_view bytes) {
-    std::vector<LineEvent> events;
+template <typename Emit>
+void LineReader::Scan(std::string_view bytes, Emit&& emit) {
     std::size_t i = 0;
     while (i < bytes.size()) {
         if (heldCr_) {
             // The CR that ended the previous chunk: dropped before an LF, text otherwise.
             heldCr_ = false;
             if (bytes[i] == '\n') {
-                EndLine(events);
+                EndLine(emit);
                 ++i;
                 continue;
             }
-            Append("\r", events);
+            Append("\r", emit);
         }
         if (afterCr_) {
             afterCr_ = false;
@@ -29,30 +42,41 @@ std::vector<LineEvent> LineReader::Feed(std::string_view bytes) {
                 continue;
             }
         }
-        const std::size_t end = bytes.find_first_of("\r\n", i);
+        const std::size_t end = FindLineEnd(bytes, i);
         if (end == std::string_view::npos) {
-            Append(bytes.substr(i), events);
+            Append(bytes.substr(i), emit);
             break;
         }
-        Append(bytes.substr(i, end - i), events);
-        if (bytes[end] == '\n') {
-            EndLine(events);
-        } else if (ends_ == LineEnds::LfCrLfOrCr) {
-            EndLine(events);
-            afterCr_ = true;
+        const std::string_view text = bytes.substr(i, end - i);
+        const bool ends = bytes[end] == '\n' || ends_ == LineEnds::LfCrLfOrCr;
+        if (ends && pending_.empty() && !dropping_ && text.size() <= maxLineBytes_) {
+            // The whole line lies in this chunk: handed out without passing through the buffer.
+            emit(LineEvent::Kind::Line, text);
         } else {
-            heldCr_ = true;
+            Append(text, emit);
+            if (ends) {
+                EndLine(emit);
+            }
         }
+        afterCr_ = bytes[end] == '\r' && ends_ == LineEnds::LfCrLfOrCr;
+        heldCr_ = bytes[end] == '\r' && ends_ == LineEnds::LfOptionalCr;
         i = end + 1;
     }
+}
+
+std::vector<LineEvent> LineReader::Feed(std::string_view bytes) {
+    std::vector<LineEvent> events;
+    Scan(bytes, [&events](LineEvent::Kind kind, std::string_view text) {
+        events.push_back(LineEvent{kind, std::string(text)});
+    });
     return events;
 }
 
 std::optional<std::string> LineReader::Finish() {
     std::optional<std::string> last;
     if (heldCr_) {
-        std::vector<LineEvent> ignored;
-        Append("\r", ignored);
+        auto ignore = [](LineEvent::Kind, std::string_view) {};
+        Append("\r", ignore);
     }
     if (!dropping_ && !pending_.empty()) {
         last = pending_;
@@ -64,14 +88,15 @@ std::optional<std::string> LineReader::Finish() {
     return last;
 }
 
-void LineReader::Append(std::string_view text, std::vector<LineEvent>& events) {
+template <typename Emit>
+void LineReader::Append(std::string_view text, Emit& emit) {
     if (dropping_ || text.empty()) {
         return;
     }
     if (pending_.size() + text.size() > maxLineBytes_) {
         dropping_ = true;
         pending_.clear();
-        events.push_back(LineEvent{LineEvent::Kind::TooLong, {}});
+        emit(LineEvent::Kind::TooLong, std::string_view());
         return;
     }
     const std::size_t needed = pending_.size() + text.size();
@@ -82,22 +107,23 @@ void LineReader::Append(std::string_view text, std::vector<LineEvent>& events) {
     pending_.append(text);
 }
 
-void LineReader::EndLine(std::vector<LineEvent>& events) {
+template <typename Emit>
+void LineReader::EndLine(Emit& emit) {
     if (dropping_) {
         dropping_ = false;
         return;
     }
-    // A copy, not a move: the pending buffer keeps its reserved room for the next line.
-    events.push_back(LineEvent{LineEvent::Kind::Line, pending_});
+    // Handed out as a view: the pending buffer keeps its reserved room for the next line.
+    emit(LineEvent::Kind::Line, std::string_view(pending_));
     pending_.clear();
 }
 
 std::vector<std::string> SplitLines(std::string_view text) {
     LineReader reader(LineEnds::LfCrLfOrCr, std::max<std::size_t>(text.size(), 1));
     std::vector<std::string> lines;
-    for (LineEvent& event : reader.Feed(text)) {
-        lines.push_back(std::move(event.text));
-    }
+    // No line is over the bound here, so every event is a line.
+    reader.Scan(text,
+                [&lines](LineEvent::Kind, std::string_view line) { lines.emplace_back(line); });
     if (std::optional<std::string> last = reader.Finish()) {
         lines.push_back(std::move(*last));
     }

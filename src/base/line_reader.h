@@ -59,8 +59,15 @@ class LineReader {
     std::size_t PendingBytes() const { return pending_.size(); }
 
   private:
-    void Append(std::string_view text, std::vector<LineEvent>& events);
-    void EndLine(std::vector<LineEvent>& events);
+    friend std::vector<std::string> SplitLines(std::string_view text);
+    // The rule itself: calls emit(kind, text) for each event, in stream order. Defined and
+    // used only in line_reader.cpp, so that Feed and SplitLines share it without a copy.
+    template <typename Emit>
+    void Scan(std::string_view bytes, Emit&& emit);
+    template <typename Emit>
+    void Append(std::string_view text, Emit& emit);
+    template <typename Emit>
+    void EndLine(Emit& emit);
 
     LineEnds ends_;
     std::size_t maxLineBytes_;
