@@ -18,7 +18,6 @@ using Texts = std::vector<std::string>;
 const std::string kProgramDir = "/opt/wl";
 const std::string kScDir = "/home/u/sc";
 const std::string kIni = kScDir + "/SeaClear_2.ini";
-const std::string kCannotStart = "Cannot start, no seaclear inifile found:\r\n";
 
 struct Config : testing::Harness {
     ChartPlotterSettings Read(const std::string& text, ChartPlotterSettings settings = {}) {
@@ -38,7 +37,6 @@ TEST(IniFileGet, SectionAndKeyAreMatchedLiterally) {
         const char* text;
         std::int16_t dde;
     } rows[] = {
-        {"plain", "[Program Setup]\r\nDDE=1\r\n", 1},
         {"spaces around = belong to the name", "[Program Setup]\r\nDDE = 1\r\n", 0},
         {"space after = is skipped in the value", "[Program Setup]\r\nDDE= 1\r\n", 1},
         {"section case matters", "[program setup]\r\nDDE=1\r\n", 0},
@@ -95,22 +93,13 @@ TEST(IniFileGet, GarbageIsReadToTheEnd) {
 }
 
 TEST(DetermineFiles, NoSettingsFileEndsTheStart) {
-    const struct {
-        std::string commandLine, existing, message;
-    } rows[] = {
-        // File names are case-sensitive: a lower-case file beside the program is not the one.
-        {"", kProgramDir + "/seaclear_2.ini",
-         "Seaclear ini file cannot be found: \r\n\r\n/opt/wl/SEACLEAR_2.INI"},
-        // A missing file on the command line is not replaced by the one beside the program.
-        {kIni + ",SC,NOTRACE,2", kProgramDir + "/SEACLEAR_2.INI",
-         "ini file in command line does not exist: \r\n\r\n" + kIni},
-    };
-    for (const auto& row : rows) {
-        Config run;
-        run.files.files[row.existing] = "[Program Setup]\r\nDDE=1\r\n";
-        EXPECT_FALSE(run.Start(row.commandLine)) << row.commandLine;
-        EXPECT_EQ(run.dialogs.messages, (Texts{row.message, kCannotStart}));
-    }
+    // File names are case-sensitive: a lower-case file beside the program is not the one.
+    Config run;
+    run.files.files[kProgramDir + "/seaclear_2.ini"] = "[Program Setup]\r\nDDE=1\r\n";
+    EXPECT_FALSE(run.Start(""));
+    EXPECT_EQ(run.dialogs.messages,
+              (Texts{"Seaclear ini file cannot be found: \r\n\r\n/opt/wl/SEACLEAR_2.INI",
+                     "Cannot start, no seaclear inifile found:\r\n"}));
 }
 
 TEST(DetermineFiles, TrackDirectory) {
@@ -118,10 +107,8 @@ TEST(DetermineFiles, TrackDirectory) {
         "Directory for tracking does not exist, no trackingfile created\r\n\r\n/data/gone";
     const struct {
         const char* legend;
-        std::string iniPath;  // also the command line
-        std::string trackDirValue;
-        std::string existing;  // the one directory that exists
-        std::string trackDir, message;
+        // The settings file (also the command line), its value, the one directory that exists.
+        std::string iniPath, trackDirValue, existing, trackDir, message;
     } rows[] = {
         // Beside the settings file: the cut counts 14 characters whatever the name.
         {"derived", kScDir + "/my.ini", "", "/hotraces", "/hotraces", ""},
@@ -149,17 +136,16 @@ TEST(DetermineFiles, ChartPlotterProgram) {
         "SeaClear_2.exe not found in Wakeplot directory\r\n/opt/wl/SEACLEAR_2.INI\r\n/opt/wl";
     const struct {
         const char* legend;
-        std::string commandLine;
-        std::string seaClearDirValue;
+        std::string commandLine, seaClearDirValue;
         std::string exeDir;  // where the one program file lies, if anywhere
         std::string seaClearDir;
         bool found;
         std::string message;
     } rows[] = {
-        {"from the file but not there: no fallback", kIni, "/win/sc", kProgramDir, "/win/sc", false,
+        {"in the file, not there: no fallback", kIni, "/win/sc", kProgramDir, "/win/sc", false,
          notInIniDir},
-        {"beside the settings file, name in any case", kScDir + "/SEACLEAR_2.INI,M", "", kScDir,
-         kScDir, true, ""},
+        {"beside the settings file, any case", kScDir + "/SEACLEAR_2.INI,M", "", kScDir, kScDir,
+         true, ""},
         {"not beside the settings file", kIni, "", kProgramDir, kProgramDir, true, ""},
         {"another settings name", kScDir + "/my.ini", "", kScDir, kProgramDir, false, ""},
         {"nowhere, without a command line", "", "", "", kProgramDir, false, noExe},

@@ -107,11 +107,8 @@ TEST(StartUp, CommandLineFields) {
     using Fields = std::tuple<int, int, bool, bool, int, bool, bool>;
     const std::string ini = kIni;
     const std::tuple<const char*, std::string, Fields> cases[] = {
-        {"settings file only", ini, {0, 0, true, true, 900, false, false}},
         {"SeaTalk SB, 600 s, log file", ini + ",SB,600,F", {2, 1, false, true, 600, false, false}},
-        {"lower case x, notrace and i",
-         ini + ",x,notrace,i",
-         {1, 0, true, false, 900, true, false}},
+        {"lower case x, notrace, i", ini + ",x,notrace,i", {1, 0, true, false, 900, true, false}},
         {"SC is SeaTalk variant 2", ini + ",sc", {0, 2, false, true, 900, false, false}},
         {"M: depth in feet", ini + ",m", {0, 0, true, true, 900, false, true}},
         {"a blank before SB matches nothing", ini + ", SB", {0, 0, true, true, 900, false, false}},
@@ -152,6 +149,7 @@ TEST(StartUp, MessagesComeInOrderAndGoIntoTheLogFileWhenThePlatformAsks) {
     for (const auto& c : cases) {
         Boat boat;
         boat.dialogsIntoLog = c.intoLog;
+        boat.files.files["/opt/wakeline/SEACLEAR_2.INI"] = "";  // no stand-in for the one named
         boat.Start("/nowhere/SeaClear_2.ini,,NOTRACE," + std::string(c.mode));
         EXPECT_FALSE(boat.started) << c.legend;
         EXPECT_EQ(boat.centre->State().Timer1Interval, 0) << c.legend;
