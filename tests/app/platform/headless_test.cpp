@@ -1,64 +1,52 @@
 // The `wakeline` program run headless as a user would: without its settings, with a replay that
-// cannot be opened, on a low battery.
+// cannot be opened, on a low battery; and its battery alarm, which has no window.
 
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <fstream>
+#include <optional>
 #include <string>
 
+#include "app/platform/boat_run.h"
+#include "shell/platform/headless_power_alarm.h"
+
+namespace wakeline {
 namespace {
 
-// A process with its own settings and state directories under `dir`.
-void Prepare(QProcess& process, const QTemporaryDir& dir) {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("XDG_CONFIG_HOME", dir.filePath("config"));
-    env.insert("XDG_STATE_HOME", dir.filePath("state"));
-    process.setProcessEnvironment(env);
-    process.setWorkingDirectory(dir.path());
-}
-
-TEST(Headless, WithoutSettingsFileShowsBothMessagesAndFails) {
-    QTemporaryDir dir;
+TEST(Headless, WithoutItsSettingsFileTheRunFails) {
+    testing::Boat boat({"DDE=1"});
+    ASSERT_TRUE(QFile::remove(boat.IniPath()));
     QProcess process;
-    Prepare(process, dir);
-    process.start(WAKELINE_BINARY, {"--headless"});
+    boat.Start(process, {});
     ASSERT_TRUE(process.waitForFinished(10000));
     EXPECT_NE(process.exitCode(), 0);
-    const std::string errors = process.readAllStandardError().toStdString();
-    EXPECT_NE(errors.find("Seaclear ini file cannot be found: \r\n\r\n"), std::string::npos);
-    EXPECT_NE(errors.find("Cannot start, no seaclear inifile found:"), std::string::npos);
+    EXPECT_TRUE(
+        process.readAllStandardError().contains("Cannot start, no seaclear inifile found:"));
 }
 
 TEST(Headless, AReplayThatCannotBeOpenedEndsTheRun) {
-    QTemporaryDir dir;
-    ASSERT_TRUE(QDir(dir.path()).mkpath("boat/traces"));
-    const QString ini = dir.filePath("boat/SeaClear_2.ini");
-    std::ofstream(ini.toStdString(), std::ios::binary) << "[Program Setup]\r\nDDE=1\r\n";
+    testing::Boat boat({"DDE=1"});
     QProcess process;
-    Prepare(process, dir);
-    process.start(WAKELINE_BINARY, {"--headless", "--replay", dir.filePath("none.txt"), ini});
+    boat.Start(process, {"--replay", boat.TracesPath() + "/none.txt"});
     ASSERT_TRUE(process.waitForFinished(10000));
     EXPECT_EQ(process.exitCode(), 0);
     EXPECT_TRUE(process.readAllStandardError().contains("cannot open"));
 }
 
 TEST(Headless, ALowBatteryIsReportedOnceAndCountsAsNoticed) {
-    QTemporaryDir dir;
-    ASSERT_TRUE(QDir(dir.path()).mkpath("boat/traces"));
-    ASSERT_TRUE(QDir(dir.path()).mkpath("power/BAT0"));
-    const QString ini = dir.filePath("boat/SeaClear_2.ini");
-    std::ofstream(ini.toStdString(), std::ios::binary) << "[Program Setup]\r\nDDE=1\r\n";
-    std::ofstream(dir.filePath("power/BAT0/type").toStdString()) << "Battery\n";
-    std::ofstream(dir.filePath("power/BAT0/capacity").toStdString()) << "25\n";
-    std::ofstream(dir.filePath("power/BAT0/status").toStdString()) << "Discharging\n";
+    testing::Boat boat({"DDE=1"});
+    QTemporaryDir power;
+    ASSERT_TRUE(QDir(power.path()).mkpath("BAT0"));
+    std::ofstream(power.filePath("BAT0/type").toStdString()) << "Battery\n";
+    std::ofstream(power.filePath("BAT0/capacity").toStdString()) << "25\n";
+    std::ofstream(power.filePath("BAT0/status").toStdString()) << "Discharging\n";
     QProcess process;
-    Prepare(process, dir);
     // Nobody listens on the link: the timer runs on, checking the battery on every tick.
-    process.start(WAKELINE_BINARY, {"--headless", "--power-supply", dir.filePath("power"), "--link",
-                                    "127.0.0.1:1", ini});
+    boat.Start(process, {"--power-supply", power.path(), "--link", "127.0.0.1:1"});
     QByteArray errors;
     for (int i = 0; i < 100 && !errors.contains("Warning Batteries"); ++i) {
         process.waitForReadyRead(100);
@@ -73,4 +61,19 @@ TEST(Headless, ALowBatteryIsReportedOnceAndCountsAsNoticed) {
     EXPECT_EQ(process.exitCode(), 0);
 }
 
+TEST(HeadlessPowerAlarm, KeepsEachAlarmOnceUntilTheRunTakesIt) {
+    HeadlessPowerAlarm alarm;
+    PowerState state;
+    alarm.ShowPowerAlarm(state, 0);
+    state.AlarmState = 1;
+    alarm.ShowPowerAlarm(state, 0);  // the same check again: the first alarm is still up
+    EXPECT_EQ(alarm.TakeRaised(), std::optional<std::string>("Warning Batteries"));
+    EXPECT_EQ(alarm.TakeRaised(), std::nullopt) << "taken once, acknowledged once";
+
+    alarm.ShowPowerAlarm(state, 0);
+    EXPECT_EQ(alarm.TakeRaised(), std::optional<std::string>("Switch Loader On!! "));
+    EXPECT_EQ(alarm.CheckSoundLevels(true, false), 0);
+}
+
 }  // namespace
+}  // namespace wakeline
