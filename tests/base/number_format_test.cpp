@@ -23,6 +23,8 @@ TEST(FormatToWidth, MasksRoundTheExactFloatHalvesAwayFromZero) {
         {"whole, half not to even", 2.5f, "0", "3"},
         {"whole, negative half away", -7.5f, "0", "-8"},
         {"whole, negative rounding to zero keeps its sign", -0.4f, "0", "-0"},
+        {"negative zero itself has no sign", -0.0f, "0.0", "0.0"},
+        {"the tiniest negative has", -std::numeric_limits<float>::denorm_min(), "0.0", "-0.0"},
         {"-0.039999999 rounds to zero, keeps sign", -0.04f, "0.0", "-0.0"},
         {"0.15000000596 is above the half", 0.15f, "0.0", "0.2"},
         {"2.67499995 is below the half", 2.675f, "0.00", "2.67"},

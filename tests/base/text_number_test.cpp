@@ -16,6 +16,7 @@ TEST(LeadingNumber, ReadsTheNumberAtTheStartOfATextOnly) {
         double expected;
     } rows[] = {
         {"blanks skipped, stops at a letter", " 12.5abc", 12.5},
+        {"a NUL ends the number", std::string("1\0005", 3), 1},
         {"second point ends the number", "1.2.3", 1.2},
         {"no exponent", "1e3", 1},
         {"blank after the sign", "- 5", 0},
@@ -29,13 +30,15 @@ TEST(LeadingNumber, ReadsTheNumberAtTheStartOfATextOnly) {
 }
 
 TEST(IsDecimalNumber, AcceptsOneSignedDecimalNumberAndNothingElse) {
-    const std::pair<const char*, bool> rows[] = {
-        {" -4.25 ", true}, {"\t3\t", true}, {"+1", true},   {"5.", true},
-        {".5", true},      {"", false},     {"-", false},   {"1,5", false},
-        {"1.2.3", false},  {"1e3", false},  {"12a", false}, {"- 5", false},
-    };
-    for (const auto& [text, expected] : rows) {
-        EXPECT_EQ(IsDecimalNumber(text), expected) << '"' << text << '"';
+    using namespace std::string_literals;
+    for (const std::string& text : {" -4.25 "s, "\t3\t"s, "+1"s, "5."s, ".5"s}) {
+        EXPECT_TRUE(IsDecimalNumber(text)) << '"' << text << '"';
+    }
+    // Texts from a link or a file can hold anything: a NUL inside, 8-bit bytes ("\260" is the
+    // byte 0xB0), a sign without digits, two signs, a line end.
+    for (const std::string& text : {""s, "-"s, "1,5"s, "1.2.3"s, "1e3"s, "12a"s, "- 5"s, "1\0005"s,
+                                    "\xff\xfe"s, "\26012"s, "-."s, "+-1"s, "1\r\n"s}) {
+        EXPECT_FALSE(IsDecimalNumber(text)) << '"' << text << '"';
     }
 }
 

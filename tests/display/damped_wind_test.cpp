@@ -5,41 +5,34 @@
 namespace wakeline {
 namespace {
 
-// Each row feeds one reading with its factor and expects the damped value afterwards; the rows
-// of one group run on the same record, starting at 0.
-struct Step {
-    const char* legend;
-    double reading;
-    float factor;
-    float expected;
-};
-
-TEST(DampedWind, AngleTakesTheShorterWayAndFoldsOnlyBeyondTheHalfCircle) {
-    const Step steps[] = {
-        {"factor 1 shows the raw reading", 170, 1.0f, 170},
-        {"-170 is 20 degrees on: 180, kept as 180", -170, 0.5f, 180},
-        {"-170 again: 10 on from 180 is 185, folded", -170, 0.5f, -175},
-        {"factor 0 freezes", 90, 0.0f, -175},
+// Each row feeds one reading of the angle (TWA) or the direction (TWD) with its factor and
+// expects the damped value afterwards; both start at 0 and each row goes on from the last of
+// its kind.
+TEST(DampedWind, AnglesTakeTheShorterWayAndFoldOnlyBeyondTheirRange) {
+    const struct {
+        const char* legend;
+        bool direction;
+        double reading;
+        float factor, expected;
+    } steps[] = {
+        {"TWA: factor 1 shows the raw reading", false, 170, 1.0f, 170},
+        {"TWA: -170 is 20 degrees on: 180, kept as 180", false, -170, 0.5f, 180},
+        {"TWA: -170 again: 10 on from 180 is 185, folded", false, -170, 0.5f, -175},
+        {"TWA: factor 0 freezes", false, 90, 0.0f, -175},
+        {"TWD: raw 10", true, 10, 1.0f, 10},
+        {"TWD: 350 from 10 halves to 0, kept as 0", true, 350, 0.5f, 0},
+        {"TWD: 340 from 0: -10 wraps to 350", true, 340, 0.5f, 350},
+        {"TWD: 10 from 350 halves to 360, kept as 360", true, 10, 0.5f, 360},
+        {"TWD: 20 from 360: 370 wraps to 10", true, 20, 0.5f, 10},
     };
     DampedWind wind;
-    for (const auto& step : steps) {
-        EXPECT_EQ(wind.DampTWA(step.reading, step.factor), step.expected) << step.legend;
-        EXPECT_EQ(wind.TWA, step.expected) << step.legend;
+    for (const auto& s : steps) {
+        EXPECT_EQ(
+            s.direction ? wind.DampTWD(s.reading, s.factor) : wind.DampTWA(s.reading, s.factor),
+            s.expected)
+            << s.legend;
     }
-}
-
-TEST(DampedWind, DirectionWrapsAtNorthBothWays) {
-    const Step steps[] = {
-        {"raw 10", 10, 1.0f, 10},
-        {"350 from 10 halves to 0, kept as 0", 350, 0.5f, 0},
-        {"340 from 0: -10 wraps to 350", 340, 0.5f, 350},
-        {"10 from 350 halves to 360, kept as 360", 10, 0.5f, 360},
-        {"20 from 360: 370 wraps to 10", 20, 0.5f, 10},
-    };
-    DampedWind wind;
-    for (const auto& step : steps) {
-        EXPECT_EQ(wind.DampTWD(step.reading, step.factor), step.expected) << step.legend;
-    }
+    EXPECT_EQ(wind.TWA, -175.0f) << "the damped angle is kept";
 }
 
 TEST(DampedWind, SpeedIsAWeightedMean) {

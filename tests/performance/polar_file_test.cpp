@@ -39,28 +39,22 @@ struct Read {
     const PolarTable& table(int i) const { return tables.Polars.Tables[i]; }
 };
 
-TEST(PolarFileReader, KeysIgnoreCaseButTheCurrentSailsNameDoesNot) {
-    const Read read(Lines(
-        {"[polartable=Jib]", "  52, 90", "06, 40, 4.8, 5.3, 6.1", "[PolarTableCurrent=jib]"}));
-    ASSERT_EQ(read.set().Count, 1);
-    EXPECT_EQ(read.table(0).Name, "Jib");
-    EXPECT_EQ(read.table(0).ColumnAngle[2], 90.0f);
-    EXPECT_EQ(read.table(0).Cell[1][2], 6.1f);
-    EXPECT_EQ(read.set().Current, -1);
-}
-
 TEST(PolarFileReader, SectionsAndNames) {
-    // Names lose their last character, bracket or not; a blank line ends a table's rows (the
-    // row after it is skipped as a stray line); the last sail of the current name wins; the
-    // same file with LF or CR line ends reads the same.
+    // Keys ignore case but the current sail's name does not ("ji" is not "Ji"); names lose their
+    // last character, bracket or not; a blank line ends a table's rows (the row after it is
+    // skipped as a stray line); the last sail of the current name wins; the same file with LF
+    // or CR line ends reads the same.
     for (const char* end : {"\r\n", "\n", "\r"}) {
-        const Read read(Lines(
-            {"[PolarTable=Main]", " 60, 120", "08, 42, 5.0, 5.5, 6.5", "", "10, 40, 6.0, 6.5, 7.5",
-             "[PolarTable=Jib", " 60", "[PolarTable=Main]", "[PolarTableCurrent=Main]"},
-            end));
+        const Read read(
+            Lines({"[PolarTable=Main]", " 60, 120", "08, 42, 5.0, 5.5, 6.5", "",
+                   "10, 40, 6.0, 6.5, 7.5", "[polartable=Jib", " 60", "[PolarTable=Main]",
+                   "[PolarTableCurrent=Main]", "[PolarTableCurrent=ji]"},
+                  end));
         ASSERT_EQ(read.set().Count, 3) << "line end " << static_cast<int>(end[0]);
         EXPECT_EQ(read.table(0).Name, "Main");
         EXPECT_EQ(read.table(0).RowCount, 1);
+        EXPECT_EQ(read.table(0).ColumnAngle[2], 120.0f);
+        EXPECT_EQ(read.table(0).Cell[1][2], 6.5f);
         EXPECT_EQ(read.table(1).Name, "Ji");
         EXPECT_EQ(read.table(1).ColumnCount, 1);
         EXPECT_EQ(read.table(2).ColumnCount, 0);  // no heading: the next line starts a section
