@@ -40,7 +40,8 @@ TEST(SeaTalkInput, ARecordedPassageGivesOneLinePerDatagramHoweverItIsRead) {
         SeaTalkInput input(kSeaTalkModeSC);
         const std::vector<SeaTalkEvent> events = FeedInReads(input, stream, size);
         ASSERT_EQ(events.size(), 8u) << "reads of " << size;
-        // The time alone stands on day 0, 1899-12-30.
+        // The time alone stands on day 0, 1899-12-30: each event's line and stamp are composed
+        // from the values as they were after its own datagram, even when one read holds all.
         EXPECT_EQ(events[0].report, "54 81 79 0E " + std::string(18, ' ') + "m:GMT :14:30:24");
         EXPECT_EQ(events[0].timeStamp, "1899 12 30 14:24:12");
         EXPECT_EQ(events[4].report,
@@ -52,16 +53,6 @@ TEST(SeaTalkInput, ARecordedPassageGivesOneLinePerDatagramHoweverItIsRead) {
         EXPECT_EQ(input.Values().trueWindDirection, 226);
         EXPECT_EQ(input.Frame().lengthErrors, 0);
     }
-}
-
-TEST(SeaTalkInput, TwoDatagramsInOneReadAreTwoEventsWithTheirOwnLines) {
-    SeaTalkInput input(kSeaTalkModeSC);
-    // SOG 6.0, then COG 90: the first line still has course 0, the second has it.
-    const Bytes read = {0xFF, 0x00, 0x52, 0x01, 0x3C, 0x00, 0xFF, 0x00, 0x53, 0x40, 0x0B};
-    const std::vector<SeaTalkEvent> events = input.Feed(read, 0);
-    ASSERT_EQ(events.size(), 2u);
-    EXPECT_EQ(events[0].line.substr(0, 30), "000.0000,000.0000,06.00,00.00,");
-    EXPECT_EQ(events[1].line.substr(0, 30), "000.0000,000.0000,06.00,01.57,");
 }
 
 TEST(SeaTalkInput, ThePortWarningIsGivenOnce) {
