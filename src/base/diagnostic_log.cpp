@@ -11,6 +11,17 @@ bool IsBlank(std::string_view text) {
     return text.find_first_not_of(' ') == std::string_view::npos;
 }
 
+// Appends `text` with each CR LF, lone CR or lone LF written as one space.
+void AppendOnOneLine(std::string& line, std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+            ++i;
+        }
+        line += c == '\r' || c == '\n' ? ' ' : c;
+    }
+}
+
 }  // namespace
 
 DiagnosticLog::DiagnosticLog(const ProgramClock& clock, FileSystem& files, UserDialogs& dialogs,
@@ -31,7 +42,9 @@ void DiagnosticLog::DebugWriteLine(std::string_view text, std::int16_t kind) {
                 line += ' ';
             }
             if (kind >= 0 && kind <= 3) {
-                line += text;
+                // One record per line: a message of several lines (a message box's text, a
+                // path after a blank line) must not leave lines without a time stamp.
+                AppendOnOneLine(line, text);
             }
             if (kind == 0 || kind == 2) {
                 line += kLineEnd;

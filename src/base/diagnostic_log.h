@@ -35,7 +35,9 @@ class DiagnosticLog {
 
     // Mode 0 and unknown modes: nothing. Mode 1: a message box with the text unless it is
     // blank (the kind is ignored). Mode 2: the file is opened, one line appended by its kind
-    // (time stamp "DD-MM-YYYY HH:MM:SS", CR LF endings) and closed, so the log is complete on
+    // (time stamp "DD-MM-YYYY HH:MM:SS", CR LF endings; each CR LF, lone CR or lone LF inside
+    // the text written as one space, so a line never holds more than one record) and closed,
+    // so the log is complete on
     // disk even when the program is killed; a kind outside 0..3 appends nothing. A line that
     // cannot be written is dropped and counted, never fatal; the first one is told once through
     // the dialogs. Mode 3: the clock is read only.

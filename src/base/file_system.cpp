@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -36,6 +37,31 @@ Status WriteWithMode(const std::string& path, std::string_view bytes, std::ios::
     return {};
 }
 
+Result<std::string> ReadUpTo(const std::string& path, std::optional<std::size_t> maxBytes) {
+    // A directory opens like a file on Linux and then reads as empty; it is no file.
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        return Status::FromErrno("read", path, EISDIR);
+    }
+    errno = 0;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        return StreamFailure("open", path);
+    }
+    std::string bytes;
+    if (maxBytes) {
+        bytes.resize(*maxBytes);
+        in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        bytes.resize(static_cast<std::size_t>(in.gcount()));
+    } else {
+        bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
+    if (in.bad()) {
+        return StreamFailure("read", path);
+    }
+    return bytes;
+}
+
 }  // namespace
 
 bool StdFileSystem::FileExists(const std::string& path) const {
@@ -49,21 +75,12 @@ bool StdFileSystem::DirectoryExists(const std::string& path) const {
 }
 
 Result<std::string> StdFileSystem::ReadFile(const std::string& path) const {
-    // A directory opens like a file on Linux and then reads as empty; it is no file.
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error)) {
-        return Status::FromErrno("read", path, EISDIR);
-    }
-    errno = 0;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        return StreamFailure("open", path);
-    }
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        return StreamFailure("read", path);
-    }
-    return bytes;
+    return ReadUpTo(path, std::nullopt);
+}
+
+Result<std::string> StdFileSystem::ReadFileStart(const std::string& path,
+                                                 std::size_t maxBytes) const {
+    return ReadUpTo(path, maxBytes);
 }
 
 Status StdFileSystem::AppendToFile(const std::string& path, std::string_view bytes) {

@@ -2,6 +2,8 @@
 // The core's access to files, behind an interface so that tests can fake a failing disk.
 // StdFileSystem does it with the standard library; the platform may add durability.
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,6 +19,18 @@ class FileSystem {
     virtual bool DirectoryExists(const std::string& path) const = 0;
     // The whole file as bytes, or why it cannot be opened or read (a directory is no file).
     virtual Result<std::string> ReadFile(const std::string& path) const = 0;
+    // The first `maxBytes` bytes of the file (all of a shorter one), for a file of fixed
+    // layout whose size on disk nobody vouches for. This default reads the whole file and
+    // cuts it; StdFileSystem reads no further than asked (and sets aside `maxBytes` for it).
+    virtual Result<std::string> ReadFileStart(const std::string& path, std::size_t maxBytes) const {
+        Result<std::string> bytes = ReadFile(path);
+        if (!bytes.Ok()) {
+            return bytes;
+        }
+        std::string start = std::move(bytes).Value();
+        start.resize(std::min(start.size(), maxBytes));
+        return start;
+    }
     // Opens for appending (creating the file), writes, closes. A failure says which step
     // failed and why; what was written before stays.
     virtual Status AppendToFile(const std::string& path, std::string_view bytes) = 0;
@@ -42,6 +56,7 @@ class StdFileSystem : public FileSystem {
     bool FileExists(const std::string& path) const override;
     bool DirectoryExists(const std::string& path) const override;
     Result<std::string> ReadFile(const std::string& path) const override;
+    Result<std::string> ReadFileStart(const std::string& path, std::size_t maxBytes) const override;
     Status AppendToFile(const std::string& path, std::string_view bytes) override;
     Status WriteFile(const std::string& path, std::string_view bytes) override;
     // Writes path + ".tmp" and renames it over `path` (the temporary is removed on failure).

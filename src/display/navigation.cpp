@@ -14,6 +14,16 @@ constexpr double kMilliMinutesToRadians = 2.90888208665722e-7;
 // The antipodal central angle, a shorter pi than M_PI, kept as it is.
 constexpr double kAntipodalAngle = 3.14159265358979;
 
+// The numeric check of the position and angle formatters. An empty text is the number 0, as
+// an empty field of the data line reads everywhere else: a line of empty pieces shows zero
+// angles and positions rather than blank rows.
+std::optional<double> NumericValue(std::string_view text) {
+    if (text.empty()) {
+        return 0.0;
+    }
+    return DecimalNumberValue(text);
+}
+
 }  // namespace
 
 double MMtoRad(std::int32_t milliMinutes) {
@@ -45,7 +55,7 @@ std::optional<float> GrCDXY(std::int32_t lon1, std::int32_t lat1, std::int32_t l
 }
 
 std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) {
-    const std::optional<double> number = DecimalNumberValue(text);
+    const std::optional<double> number = NumericValue(text);
     if (!number) {
         return std::string(text);
     }
@@ -77,7 +87,7 @@ std::optional<std::string> DDtoDM(std::string_view text, std::string_view kind) 
 std::optional<std::string> FormatAngle(std::string_view text, std::int16_t fold,
                                        std::string_view side, std::int16_t decimals) {
     // A text with "," is shown as received (a decimal comma is no number here).
-    const std::optional<double> radians = DecimalNumberValue(text);
+    const std::optional<double> radians = NumericValue(text);
     if (!radians) {
         return std::string(text);
     }

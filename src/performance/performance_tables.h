@@ -50,7 +50,9 @@ struct PolarSet {
 
 // Everything the polar file holds, owned by the run.
 struct PerformanceTables {
-    float DampingFactor = 0.0f;  // weight of a new wind speed sample, 0..1
+    // Weight of a new wind reading, 0..1. A polar file without its "[DampingFactor=" line
+    // leaves 1: the wind shown undamped, rather than frozen at its first value by a 0.
+    float DampingFactor = 1.0f;
     CorrectionTable Correction;
     PolarSet Polars;
 };

@@ -39,11 +39,11 @@ std::string PadRight(std::string_view s, std::int16_t width) {
     return text;
 }
 
-bool SeaTalkReceiver::StoreByte(std::uint8_t b, ReceiveOutcome& outcome) {
+void SeaTalkReceiver::StoreByte(std::uint8_t b, ReceiveOutcome& outcome) {
     SeaTalkFrame& f = frame_;
     if (f.count > 255) {
         f.count = 0;
-        return true;
+        return;
     }
     f.buffer[f.count] = b;
     f.count += 1;
@@ -65,15 +65,15 @@ bool SeaTalkReceiver::StoreByte(std::uint8_t b, ReceiveOutcome& outcome) {
         f.count = 0;
         f.expected = -1;
     } else if (f.count > f.expected) {
-        if (f.lengthErrors == std::numeric_limits<std::int16_t>::max()) {
-            outcome.lengthErrorsOverflow = true;
-            return false;
+        // The counter stops at its largest value: a bus that sends nothing but unmarked bytes
+        // for hours must neither wrap it nor leave the rejected byte in the buffer, where it
+        // would become the attribute byte of a datagram that was never sent.
+        if (f.lengthErrors < std::numeric_limits<std::int16_t>::max()) {
+            f.lengthErrors += 1;
         }
-        f.lengthErrors += 1;
         f.expected = -1;
         f.count = 0;
     }
-    return true;
 }
 
 ReceiveOutcome SeaTalkReceiver::Receive(std::span<const std::uint8_t> bytes, bool startsEvent) {
@@ -110,17 +110,13 @@ ReceiveOutcome SeaTalkReceiver::Receive(std::span<const std::uint8_t> bytes, boo
             frame_.count = 0;
             frame_.expected = 255;
         }
-        if (!StoreByte(b, outcome)) {
-            return outcome;
-        }
+        StoreByte(b, outcome);
     }
     for (; next < bytes.size(); ++next) {
         if (trace_) {
             outcome.byteTrace += TraceByte(bytes[next], "x");
         }
-        if (!StoreByte(bytes[next], outcome)) {
-            return outcome;
-        }
+        StoreByte(bytes[next], outcome);
     }
     return outcome;
 }

@@ -7,7 +7,8 @@
 // error (OnParityError), and a receive event (OnReceive: its first byte is classified, the
 // others are stored as they are). Only the first byte of a receive event can start a datagram.
 // The datagram's length follows from its attribute byte (low nibble + 3, so 3 to 18 bytes);
-// bytes outside a datagram and datagrams longer than announced are dropped and only counted.
+// bytes outside a datagram and datagrams longer than announced are dropped and only counted,
+// so that no run of unmarked bytes, however long, completes a datagram.
 
 #include <cstdint>
 #include <span>
@@ -27,7 +28,8 @@ struct SeaTalkFrame {
     std::int16_t count = 0;     // bytes stored in buffer
     std::int16_t expected = 0;  // 255 after a command byte, -1 after a completed or rejected one
     bool parityError = false;   // a parity error was signalled; cleared by the next byte read
-    std::int16_t lengthErrors = 0;  // bytes and datagrams rejected since the last good one
+    // Bytes and datagrams rejected since the last good one; stays at 32767 once it gets there.
+    std::int16_t lengthErrors = 0;
 };
 
 // What one receive event (or one piece of it) produced.
@@ -39,9 +41,6 @@ struct ReceiveOutcome {
     std::int16_t firstByte = -1;
     // Each byte read as two hex digits and its marker (only when tracing is on).
     std::string byteTrace;
-    // The rejected-byte counter would have passed 32767: the event ended at that byte and the
-    // rest of its bytes were dropped. The counter stays at 32767 until a datagram completes.
-    bool lengthErrorsOverflow = false;
 };
 
 // The receive side of the SeaTalk port: a frame, the mode and the values it decodes into.
@@ -73,8 +72,8 @@ class SeaTalkReceiver {
 
   private:
     ReceiveOutcome Receive(std::span<const std::uint8_t> bytes, bool startsEvent);
-    // Step 7 of the receive event for one byte; false when the routine must end (overflow).
-    bool StoreByte(std::uint8_t b, ReceiveOutcome& outcome);
+    // Step 7 of the receive event for one byte.
+    void StoreByte(std::uint8_t b, ReceiveOutcome& outcome);
 
     std::int16_t mode_;
     SeaTalkValues& values_;

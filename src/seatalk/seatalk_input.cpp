@@ -27,9 +27,6 @@ std::vector<SeaTalkEvent> SeaTalkInput::Handle(const std::vector<ReceivePiece>& 
         }
         ReceiveOutcome outcome = piece.startsEvent ? receiver_.OnReceive(piece.bytes)
                                                    : receiver_.OnMoreBytes(piece.bytes);
-        if (outcome.lengthErrorsOverflow) {
-            ++overflows_;
-        }
         if (!outcome.report.empty()) {
             SeaTalkLine composed = ComposeSeaTalkLine(values_, now);
             events.push_back({std::move(outcome.report), std::move(composed.line),

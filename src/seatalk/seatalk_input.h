@@ -52,8 +52,6 @@ class SeaTalkInput {
 
     const SeaTalkValues& Values() const { return values_; }
     const SeaTalkFrame& Frame() const { return receiver_.Frame(); }
-    // Events that ended early because the rejected-byte counter was full.
-    std::uint64_t Overflows() const { return overflows_; }
 
   private:
     std::vector<SeaTalkEvent> Handle(const std::vector<ReceivePiece>& pieces, DateTime now);
@@ -62,7 +60,6 @@ class SeaTalkInput {
     SeaTalkReceiver receiver_;
     ParmrkDecoder decoder_;
     bool seaTalkWarningShown_ = false;
-    std::uint64_t overflows_ = 0;
 };
 
 }  // namespace wakeline

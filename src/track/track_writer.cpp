@@ -36,6 +36,14 @@ bool Meets(double value, float threshold) {
     return threshold != 0.0f && value >= threshold;
 }
 
+// Seconds since an earlier event have passed `threshold` (0 switches it off). A negative time
+// means the clock was set back: it counts as passed, or recording and flushing would stall
+// until the clock caught up with the time before the change (an hour, for a clock corrected
+// from an hour fast).
+bool TimeMeets(double elapsed, float threshold) {
+    return threshold != 0.0f && (elapsed < 0 || elapsed >= threshold);
+}
+
 }  // namespace
 
 TrackWriter::TrackWriter(TrackSettings settings, const ProgramClock& clock, FileSystem& files,
@@ -109,7 +117,7 @@ bool TrackWriter::RecordDataLine(std::string_view text, std::string_view shownCo
         logLines_.push_back("TraceWriteLine distance not computable, line not recorded");
         return false;
     }
-    if (!Meets(elapsed, settings_.TrackTime) && !Meets(turn, settings_.TrackCompDev) &&
+    if (!TimeMeets(elapsed, settings_.TrackTime) && !Meets(turn, settings_.TrackCompDev) &&
         !Meets(*distance, settings_.TrackDistance)) {
         return false;
     }
@@ -149,7 +157,9 @@ void TrackWriter::Keep(std::string entry) {
 }
 
 bool TrackWriter::FlushDue(bool force, DateTime now) const {
-    return force || ElapsedSeconds(state_.LastWrite, now) > settings_.DiskWriteInterval ||
+    // A clock set back counts as the interval passed, as for Track Time.
+    const double sinceWrite = ElapsedSeconds(state_.LastWrite, now);
+    return force || sinceWrite < 0 || sinceWrite > settings_.DiskWriteInterval ||
            pending_.size() - carried_ >= kFlushAfterRecords;
 }
 

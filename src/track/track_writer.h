@@ -2,8 +2,10 @@
 // The track writer: picks the data lines that become track records by time, distance and
 // course thresholds, keeps them with the user's notes in memory and appends them to the
 // day's file TrackDir + "/" + YYYYMMDD + ".TRT" every DiskWriteInterval seconds, after 60
-// records, and on every note. Each record also moves one averaged observation from the wind
-// samples into the wind history, which is saved beside the track after every flush.
+// records, and on every note. A clock set back (the time since the last record or flush is
+// negative) counts as Track Time met and the interval passed. Each record also moves one averaged
+// observation from the wind samples into the wind history, which is saved beside the track after
+// every flush.
 //
 // Nothing recorded is given up because the disk refused it: a failed append is logged, shown
 // to the user once per failure spell, and its records are kept (ahead of newer ones) for the

@@ -69,9 +69,17 @@ WindDecode DecodeWindData(std::string_view bytes) {
         result.problem = "wind history count " + std::to_string(count) + " outside 0..1001";
         return result;
     }
+    // A value that is no number would stay in the history for good: a NaN time is never
+    // more than an hour old, and a NaN speed spoils every average and graph it enters.
     for (std::int16_t k = 0; k < count; ++k) {
-        if (!std::isfinite(data.Obs[k].Time)) {
-            result.problem = "wind history observation " + std::to_string(k) + " has no valid time";
+        const WindObservation& obs = data.Obs[k];
+        const char* invalid = !std::isfinite(obs.Time)        ? "time"
+                              : !std::isfinite(obs.Speed)     ? "speed"
+                              : !std::isfinite(obs.Direction) ? "direction"
+                                                              : nullptr;
+        if (invalid != nullptr) {
+            result.problem =
+                "wind history observation " + std::to_string(k) + " has no valid " + invalid;
             return result;
         }
     }
@@ -108,7 +116,9 @@ WindHistoryLoad LoadWindHistoryFile(const FileSystem& files, const std::string& 
     if (!files.FileExists(path)) {
         return LoadWindHistory(std::nullopt, now);
     }
-    Result<std::string> bytes = files.ReadFile(path);
+    // The record has a fixed size: whatever a damaged or foreign file holds beyond it is
+    // never read, however large the file is.
+    Result<std::string> bytes = files.ReadFileStart(path, kWindFileSize);
     if (!bytes.Ok()) {
         // There is a history, but not for this run: said like a damaged one, with the reason.
         WindHistoryLoad load;

@@ -32,8 +32,9 @@ struct WindDecode {
 };
 
 // Reads the record by position: bytes missing from a short file read as 0, bytes after the
-// first 18020 are ignored. A Count outside 0..1001, or a held observation whose Time is not a
-// finite number, clears the history (Count 0; the slots keep what was read).
+// first 18020 are ignored. A Count outside 0..1001, or a held observation whose Speed,
+// Direction or Time is not a finite number, clears the history (Count 0; the slots keep what
+// was read).
 WindDecode DecodeWindData(std::string_view bytes);
 
 // What start-up did with the saved history.
@@ -56,8 +57,9 @@ struct WindHistoryLoad {
 // Exactly one hour old is kept; a newest time after `now` is kept too.
 WindHistoryLoad LoadWindHistory(const std::optional<std::string>& fileBytes, DateTime now);
 
-// Reads `path` through `files` and applies LoadWindHistory. A file that exists but cannot be
-// read is Damaged, its problem the file system's reason.
+// Reads the first 18020 bytes of `path` through `files` (never more, whatever the file's size)
+// and applies LoadWindHistory. A file that exists but cannot be read is Damaged, its problem
+// the file system's reason.
 WindHistoryLoad LoadWindHistoryFile(const FileSystem& files, const std::string& path, DateTime now);
 
 // Rewrites the file whole through FileSystem::ReplaceFile, so that a failure part way leaves

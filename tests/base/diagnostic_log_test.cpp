@@ -34,11 +34,19 @@ TEST(DiagnosticLog, FileModeAppendsStampedLinesBuiltFromPiecesByKind) {
     h.log.DebugWriteLine(" open", 2);  // text, line end
     h.log.DebugWriteLine("lost", 4);   // opens and closes, writes nothing
     h.log.DebugWriteLine("", -1);
+    // A text of several lines stays one record: CR LF, LF then CR, lone CR each one space.
+    h.log.DebugWriteLine(
+        "Directory for tracking does not exist, no trackingfile created\r\n\r\n/boat/track");
+    h.log.DebugWriteLine("a\n\rb\rc");
     h.system.now = {2026, 11, 16, 0, 0, 0};
     h.log.DebugWriteLine("after midnight");
-    EXPECT_EQ(h.files.appendCalls, 7);
-    EXPECT_EQ(h.Log(), std::string(kLogStamp) + "  text kept as given \r\n" + kLogStamp +
-                           "Port COM1 open\r\n16-11-2026 00:00:00 after midnight\r\n");
+    EXPECT_EQ(h.files.appendCalls, 9);
+    EXPECT_EQ(
+        h.Log(),
+        std::string(kLogStamp) + "  text kept as given \r\n" + kLogStamp + "Port COM1 open\r\n" +
+            kLogStamp +
+            "Directory for tracking does not exist, no trackingfile created  /boat/track\r\n" +
+            kLogStamp + "a  b c\r\n16-11-2026 00:00:00 after midnight\r\n");
 }
 
 TEST(DiagnosticLog, ALineThatCannotBeWrittenIsDroppedCountedAndToldOnce) {

@@ -32,6 +32,8 @@ TEST(StdFileSystem, KeepsBytesReplacesWholeAndReportsFailures) {
     ASSERT_TRUE(files.AppendToFile(path, "one\r\n").Ok());
     ASSERT_TRUE(files.AppendToFile(path, std::string("\0\xff\n", 3)).Ok());
     EXPECT_EQ(files.ReadFile(path).Optional(), std::string("one\r\n\0\xff\n", 8));
+    EXPECT_EQ(files.ReadFileStart(path, 5).Optional(), "one\r\n");
+    EXPECT_EQ(files.ReadFileStart(path, 18020).Optional(), std::string("one\r\n\0\xff\n", 8));
     ASSERT_TRUE(files.WriteFile(path, "a longer old content").Ok());
     ASSERT_TRUE(files.ReplaceFile(path, std::string("new\0", 4)).Ok());
     EXPECT_EQ(files.ReadFile(path).Optional(), std::string("new\0", 4));

@@ -100,13 +100,17 @@ TEST_F(DisplayComputationTest, CourseStaysButTheWindAngleFolds) {
     EXPECT_EQ(Shown(7), "-180");
 }
 
-TEST_F(DisplayComputationTest, EmptyFieldsShowZeroSpeedsAndNothingElse) {
+TEST_F(DisplayComputationTest, EmptyFieldsShowZerosAndEmptyWaypoints) {
+    // Every empty number is 0: 0 degrees is south and west, angles "0" right-aligned in 4 and
+    // the magnetic error "0.00 E"; the waypoint texts stay empty with their blanks.
     const DisplayOutcome outcome = display.TraceDisplayLine(std::string(22, ','));
     ASSERT_TRUE(outcome.Displayed());
+    // clang-format off
     const std::array<std::string, 23> expected = {
-        "", "",      " 0.0  ", "     ",   "     ",   "",      " 0.0   ", "",
-        "", "",      " 0.0",   " 0.0   ", " 0.0   ", "     ", " 0.0   ", "",
-        "", "     ", " ",      "     ",   "  ",      "  ",    ""};
+        "000 00.000 S", "000 00.000 W", " 0.0  ", "   0     ", "   0     ", "0.00 E",
+        " 0.0   ", "   0", "   0", "   0", " 0.0", " 0.0   ", " 0.0   ", "   0     ",
+        " 0.0   ", "", "", "   0     ", " ", "   0     ", "  ", "  ", ""};
+    // clang-format on
     for (std::size_t i = 0; i < 23; ++i) {
         EXPECT_EQ(Shown(i), expected[i]) << "row " << i;
     }

@@ -54,6 +54,7 @@ TEST(DDtoDM, DegreesAndMinutesWithHemisphere) {
         // 0.999995 as a float is 0.99999499321..., times 60 is 59.9996986...: no carry.
         {"minutes round up to 60", "0.999995", "lat", "000 60.000 N"},
         {"not a number", "abc", "lat", "abc"},
+        {"empty is 0", "", "lon", "000 00.000 W"},
         {"beyond the largest float", "1" + std::string(40, '0'), "lat", std::nullopt},
     };
     for (const auto& row : rows) {
@@ -75,6 +76,7 @@ TEST(FormatAngle, RadianTextToDegreeText) {
         {"negative with side", "-1", 0, "EW", 2, "57.30 W"},
         {"zero with side is east", "0", 180, "EW", 2, "0.00 E"},
         {"not a number: unchanged", "abc", 0, "", 0, "abc"},
+        {"empty is 0", "", 180, "", 0, "   0"},
         {"180.0004 as a course", "3.1416", 0, "", 0, " 180"},
         {"180.0004 as a wind angle", "3.1416", 180, "", 0, "-180"},
         {"fold 90 does not fold", "3.1416", 90, "", 0, " 180"},

@@ -63,11 +63,10 @@ TEST_F(ChartPlotterLinkTest, NewLinesAreHandledOnceAndRepeatsOnlyStamped) {
     EXPECT_FALSE(got.layOutAgain);
     EXPECT_EQ(calls, (Texts{"display 52.5,4.9\r\n", "track 52.5,4.9\r\n", "display 52.6,4.9\r\n",
                             "track 52.6,4.9\r\n"}));
-    // The data line keeps its CR LF in the log, as the item text did.
-    EXPECT_EQ(Log(), Line("lblDDE_LinkNotify 52.5,4.9\r\n") +
-                         Line("lblDDE_LinkNotify Line Displayed") +
-                         Line("lblDDE_LinkNotify 52.6,4.9\r\n") +
-                         Line("lblDDE_LinkNotify Line Displayed"));
+    // The data line's CR LF is one space in the log: each log record is one line.
+    EXPECT_EQ(Log(),
+              Line("lblDDE_LinkNotify 52.5,4.9 ") + Line("lblDDE_LinkNotify Line Displayed") +
+                  Line("lblDDE_LinkNotify 52.6,4.9 ") + Line("lblDDE_LinkNotify Line Displayed"));
 }
 
 TEST_F(ChartPlotterLinkTest, TrackWriterOnlyWithATrackDirectoryAndADisplayedLine) {
@@ -107,7 +106,7 @@ TEST_F(ChartPlotterLinkTest, FailuresStartTheChartPlotterOnceAndAskOnlyAfterData
     ASSERT_TRUE(link.OnTimerTick());
     EXPECT_FALSE(link.OnConnectFailed(exe).askClose);
     EXPECT_EQ(started.size(), 1U);
-    EXPECT_EQ(Log(), logAfterStart + Line("lblDDE_LinkNotify x\r\n") +
+    EXPECT_EQ(Log(), logAfterStart + Line("lblDDE_LinkNotify x ") +
                          Line("lblDDE_LinkNotify Line Displayed"));
 }
 

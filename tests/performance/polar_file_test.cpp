@@ -84,8 +84,8 @@ TEST(PolarFileReader, ASixthTableStopsTheReading) {
     const Read read(text + Lines({"[PolarTableCurrent=A]", "[DampingFactor=0.5]"}));
     EXPECT_EQ(read.set().Count, 5);
     EXPECT_EQ(read.table(4).Cell[1][1], 5.0f);
-    EXPECT_EQ(read.set().Current, -1);  // never reached
-    EXPECT_EQ(read.tables.DampingFactor, 0.0f);
+    EXPECT_EQ(read.set().Current, -1);           // never reached
+    EXPECT_EQ(read.tables.DampingFactor, 1.0f);  // never reached: undamped
     EXPECT_EQ(read.report.messages, Messages{"Too many Polar tables !"});
 }
 
@@ -102,7 +102,7 @@ TEST(PolarFileReader, FaultsEndTheReadingAndKeepWhatWasStored) {
     const Read huge(Lines({"[DampingFactor=0.25]", "[PolarTable=M]", "1" + std::string(39, '0')}));
     for (const Read* read : {&speeds, &rows, &cut, &huge}) {
         EXPECT_EQ(read->report.messages, Messages{kCorrupt});
-        EXPECT_EQ(read->tables.DampingFactor, read == &huge ? 0.25f : 0.0f);
+        EXPECT_EQ(read->tables.DampingFactor, read == &huge ? 0.25f : 1.0f);
     }
     // The count set before the overrun stays; the values stored before it stay too.
     EXPECT_EQ(speeds.tables.Correction.SpeedCount, 12);

@@ -144,7 +144,7 @@ TEST_F(TrackWriterTest, NotesAndTheirLogDataSwitch) {
                                          Line() + "/* 20261115 12:01:43 CZ - tacked\r\n");
 }
 
-TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
+TEST_F(TrackWriterTest, TheSixtiethRecordThePassedIntervalOrAClockSetBackFlushes) {
     settings.TrackTime = 1;
     settings.DiskWriteInterval = 600;
     Note(0, "start");
@@ -159,6 +159,15 @@ TEST_F(TrackWriterTest, TheSixtiethRecordOrThePassedIntervalFlushes) {
     EXPECT_EQ(Writer().PendingCount(), 1u);
     Data(661);
     EXPECT_EQ(Writer().PendingCount(), 0u);
+
+    // The clock set back an hour: 12:11:01 less 3600 s is 11:11:01. The line meets Track Time
+    // and is flushed at once; the next second is a record of its own, kept for later.
+    const std::size_t flushed = files.files[kDayFile].size();
+    Data(661 - 3600);
+    EXPECT_EQ(Writer().PendingCount(), 0u);
+    EXPECT_EQ(files.files[kDayFile].substr(flushed), "20261115 11:11:01 CZ," + Line());
+    Data(662 - 3600);
+    EXPECT_EQ(Writer().PendingCount(), 1u);
 }
 
 TEST_F(TrackWriterTest, FilesAreNamedByTheLocalDateStampsCarryTheDataTime) {

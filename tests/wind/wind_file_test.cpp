@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <string>
 
 #include "base/date_time.h"
+#include "support/fakes.h"
 #include "wind/wind_file.h"
 
 namespace wakeline {
@@ -60,6 +63,10 @@ TEST(DecodeWindData, ReadsByPositionAndRefusesImpossibleContents) {
     };
     WindData clean = saved;
     clean.Obs[2].Time = 0.0;
+    WindData nanSpeed = clean;
+    nanSpeed.Obs[1].Speed = std::numeric_limits<float>::quiet_NaN();
+    WindData infiniteDirection = clean;
+    infiniteDirection.Obs[0].Direction = std::numeric_limits<float>::infinity();
     const struct {
         const char* legend;
         std::string file;
@@ -69,6 +76,8 @@ TEST(DecodeWindData, ReadsByPositionAndRefusesImpossibleContents) {
         {"count 1001 is a full buffer", withCount(EncodeWindData(clean), 0xE9, 0x03), 1001, false},
         {"count 1002", withCount(EncodeWindData(clean), 0xEA, 0x03), 0, true},
         {"count 3 holds slot 2's NaN time", withCount(whole, 0x03, 0x00), 0, true},
+        {"a held NaN speed", EncodeWindData(nanSpeed), 0, true},
+        {"a held infinite direction", EncodeWindData(infiniteDirection), 0, true},
     };
     for (const auto& row : rows) {
         const WindDecode decoded = DecodeWindData(row.file);
@@ -105,6 +114,30 @@ TEST(LoadWindHistory, KeepsAHistoryUpToOneHourOld) {
         EXPECT_EQ(load.outcome, row.outcome) << row.legend;
         EXPECT_EQ(load.history.Count, row.count) << row.legend;
     }
+}
+
+// A disk on which files cannot be read whole, as a history of hundreds of megabytes should
+// not be: only the start of a file can be had.
+class StartOnlyFileSystem : public testing::FakeFileSystem {
+  public:
+    Result<std::string> ReadFile(const std::string& path) const override {
+        return Status::FromErrno("read", path, EFBIG);
+    }
+    Result<std::string> ReadFileStart(const std::string& path,
+                                      std::size_t maxBytes) const override {
+        return files.at(path).substr(0, maxBytes);
+    }
+};
+
+TEST(LoadWindHistoryFile, ReadsOnlyTheRecordOfALongerFile) {
+    const DateTime newest = DateTimeFromFields({2026, 11, 15, 13, 0, 0});
+    WindData saved;
+    AddWindObservation(saved, 5.0f, 180.0f, newest, 3);
+    StartOnlyFileSystem files;
+    files.files["/t/wakeline_wc.bin"] = EncodeWindData(saved) + std::string(100000, '\xff');
+    const WindHistoryLoad load = LoadWindHistoryFile(files, "/t/wakeline_wc.bin", newest);
+    EXPECT_EQ(load.outcome, WindLoadOutcome::Continued) << load.problem;
+    EXPECT_EQ(load.history.Count, 1);
 }
 
 }  // namespace

@@ -42,11 +42,10 @@ constexpr const char* kHelp =
     "or {\"error\": \"...\"} when the line cannot be displayed (fewer than 23 fields, a value\n"
     "too large). lastRow is 22 when a waypoint field (15 to 21) holds a value.\n"
     "\n"
-    "An input line ends at LF, CR LF or CR. Like a line from the chart-plotter link it is\n"
-    "handled without its ending and with CR LF appended, so the last field (the waypoint\n"
-    "name) is shown as the link delivers it, ending in \"\\r\\n\". Lines go through one\n"
-    "display in order, as a voyage would. A line longer than 65536 bytes is dropped with an\n"
-    "error object. 8-bit texts are carried as Latin-1 characters.\n"
+    "An input line ends at LF, CR LF or CR; it is handled without its ending and nothing is\n"
+    "added to it, so the last field (the waypoint name) is shown as it was typed. Lines go\n"
+    "through one display in order, as a voyage would. A line longer than 65536 bytes is\n"
+    "dropped with an error object. 8-bit texts are carried as Latin-1 characters.\n"
     "\n"
     "options:\n"
     "  --feet         depth arrives in feet and the water speed without its decimal point\n"
@@ -139,16 +138,15 @@ int RunDisplay(const Arguments& args) {
     }
 
     bool failed = false;
-    std::string dataLine;
     const auto show = [&](const LineEvent& event) {
         if (event.kind == LineEvent::Kind::TooLong) {
             PrintError("line longer than 65536 bytes dropped");
             failed = true;
             return;
         }
-        dataLine.assign(event.text);
-        dataLine += "\r\n";
-        const DisplayOutcome outcome = display.TraceDisplayLine(dataLine);
+        // The line as read: its ending is gone and no CR LF is added, as for every input line
+        // of the tool, so the waypoint name shows without one.
+        const DisplayOutcome outcome = display.TraceDisplayLine(event.text);
         if (!outcome.Displayed()) {
             PrintError(outcome.error);
             failed = true;

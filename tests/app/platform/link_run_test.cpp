@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <csignal>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/platform/boat_run.h"
@@ -44,13 +45,18 @@ bool Send(QTcpSocket* peer, const std::string& bytes) {
 }
 
 // Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
-// `prefix`, in order, without the CR LF that the link adds.
+// `prefix`, in order, without the CR LF that the link adds (one space in the log, whose
+// records are one line each).
 std::vector<std::string> HandledLines(const std::string& log, const std::string& prefix) {
     std::vector<std::string> lines;
     const std::string mark = "lblDDE_LinkNotify " + prefix;
     for (std::size_t at = log.find(mark); at != std::string::npos; at = log.find(mark, at)) {
         at += mark.size() - prefix.size();
-        lines.push_back(log.substr(at, log.find("\r\n", at) - at));
+        std::string line = log.substr(at, log.find("\r\n", at) - at);
+        if (line.ends_with(' ')) {
+            line.pop_back();
+        }
+        lines.push_back(std::move(line));
     }
     return lines;
 }

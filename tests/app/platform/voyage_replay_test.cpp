@@ -99,20 +99,22 @@ TEST(VoyageReplay, TrackAndWindHistoryFollowTheRecordingRules) {
     ASSERT_EQ(records.size(), std::size_t(kVoyageLines));
     const std::string history = ExpectedHistory(records);
 
-    // The 60th record (line 590, 23:59:50 UTC) flushes; the 61st (line 600) and the closedown
-    // note at the last line's time are flushed by the close.
-    std::string beforeMidnight;
-    for (int line = 0; line <= 590; line += 10) {
-        beforeMidnight += records[line];
+    // The first record (line 0, 23:50:00 UTC) flushes at once: the replayed time lies before
+    // the start-up note's flush at the real time, which counts as a clock set back. The 60th
+    // record after it (line 600, 00:00:00 UTC) flushes, on the next day; the closedown note at
+    // the last line's time is flushed by the close.
+    std::string afterFirst;
+    for (int line = 10; line <= 600; line += 10) {
+        afterFirst += records[line];
     }
-    const std::string atClose = records[600] + "/* 20260601 00:00:09 CZ - normal closedown\r\n";
+    afterFirst += "/* 20260601 00:00:09 CZ - normal closedown\r\n";
     const struct {
         const char* tz;
         int offsetSeconds;
         std::map<std::string, std::string> days;
     } rows[] = {
-        {"UTC", 0, {{"20260531.TRT", beforeMidnight}, {"20260601.TRT", atClose}}},
-        {"ZZZ-2", 7200, {{"20260601.TRT", beforeMidnight + atClose}}},  // both on 1 June
+        {"UTC", 0, {{"20260531.TRT", records[0]}, {"20260601.TRT", afterFirst}}},
+        {"ZZZ-2", 7200, {{"20260601.TRT", records[0] + afterFirst}}},  // both on 1 June
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.tz);

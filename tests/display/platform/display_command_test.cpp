@@ -40,7 +40,7 @@ TEST(DisplayCommand, PrintsTheShownTextsOrTheErrorPerLine) {
     ASSERT_EQ(shown.size(), 23u);
     EXPECT_EQ(shown[0], "051 57.000 N");
     EXPECT_EQ(shown[20], "3.45  ");
-    EXPECT_EQ(shown[22], "Cap Fr\u00e9hel\r\n");
+    EXPECT_EQ(shown[22], "Cap Fr\u00e9hel");  // its CR LF ended the line, none is added
     EXPECT_EQ(run.objects[1],
               (nlohmann::json{{"error",
                                "TraceDisplayLine: subscript out of range: field 3 missing, the "
