@@ -140,8 +140,11 @@ TEST(StartUp, MessagesComeInOrderAndGoIntoTheLogFileWhenThePlatformAsks) {
         const char* mode;
         std::string logFromDdeInit;  // each message logged where it arose
     } cases[] = {
+        // A message's line breaks are one space each in the log.
         {"asked, log file", true, "F",
-         ddeInit + at + own[0] + "\r\n" + files + at + own[1] + "\r\n" + at + own[2] + "\r\n"},
+         ddeInit + at + own[0] + "\r\n" + files + at +
+             "ini file in command line does not exist:   /nowhere/SeaClear_2.ini\r\n" + at +
+             "Cannot start, no seaclear inifile found: \r\n"},
         {"not asked", false, "F", ddeInit + files},
         // In mode I each log line is a message box already: not shown twice.
         {"asked, message boxes", true, "I", ""},
