@@ -61,10 +61,9 @@ std::vector<std::string> RecordedLines(const Boat& boat, const std::string& pref
         if (!name.ends_with(".TRT")) {
             continue;
         }
-        for (std::size_t at = 0; at < bytes.size();) {
-            const std::size_t end = bytes.find("\r\n", at);
+        for (std::size_t at = 0, end; (end = bytes.find("\r\n", at)) != std::string::npos;
+             at = end + 2) {
             const std::string record = bytes.substr(at, end - at);
-            at = end == std::string::npos ? bytes.size() : end + 2;
             if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
                 lines.push_back(record.substr(21));
             }
