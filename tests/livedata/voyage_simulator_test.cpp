@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -9,13 +10,10 @@ namespace wakeline {
 namespace {
 
 std::vector<std::string> Split(const std::string& line) {
-    std::vector<std::string> fields(1);
-    for (const char c : line) {
-        if (c == ',') {
-            fields.emplace_back();
-        } else {
-            fields.back() += c;
-        }
+    std::vector<std::string> fields;
+    std::istringstream in(line + ",");  // the extra comma keeps an empty last field
+    for (std::string field; std::getline(in, field, ',');) {
+        fields.push_back(field);
     }
     return fields;
 }

@@ -5,7 +5,6 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -61,14 +60,13 @@ std::string Describe(const wakeline::ProgramOptions& o) {
     return s;
 }
 
-// Rows of a program run: legend, words, exit status, a fragment of standard output (and, when
-// `lines` >= 0, that many lines), and standard error: exactly, or after "~" a fragment of it.
+// Rows of a program run: legend, words, exit status, a fragment of standard output, and
+// standard error: exactly, or after "~" a fragment of it.
 struct RunRow {
     const char* legend;
     std::vector<std::string> words;
     int status;
     std::string out, err;
-    int lines = -1;
 };
 
 void ExpectRuns(const char* program, const std::vector<RunRow>& rows) {
@@ -77,9 +75,6 @@ void ExpectRuns(const char* program, const std::vector<RunRow>& rows) {
         const Ran ran = RunProgram(program, row.words);
         EXPECT_EQ(ran.status, row.status) << ran.err;
         EXPECT_NE(ran.out.find(row.out), std::string::npos) << ran.out;
-        if (row.lines >= 0) {
-            EXPECT_EQ(std::count(ran.out.begin(), ran.out.end(), '\n'), row.lines);
-        }
         if (row.err.starts_with("~")) {
             EXPECT_NE(ran.err.find(row.err.substr(1)), std::string::npos) << ran.err;
         } else {
@@ -113,7 +108,6 @@ TEST(Options, WakelineWordsGiveTheRunsOptionsOrOneLineUsageError) {
          "headless [/home/my boat/SeaClear_2.ini,,600,F] "},
         {"after -- dashed words are the command line", {"--", "-h", "--link"}, "[-h --link] "},
         {"an unknown option, named with its dashes", {"--bogus"}, "!'--bogus'"},
-        {"a value missing at the end", {"a.ini", "--link"}, "!'--link'"},
         {"an empty value is no value", {"--log="}, "!--log needs a value"},
         {"a switch given a value", {"--headless=yes"}, "!'--headless'"},
     };
@@ -146,11 +140,6 @@ TEST(Options, WakelineWordsGiveTheRunsOptionsOrOneLineUsageError) {
              1,
              "",
              "wakeline: this build has no window yet; start it with --headless\n"},
-            {"--link=VALUE is taken; the run fails on the missing settings file",
-             {"--link=127.0.0.1:9", "--headless", "missing.ini"},
-             1,
-             "",
-             "~ini file in command line does not exist"},
         });
 }
 
@@ -167,28 +156,17 @@ TEST(Options, ToolAndSubcommandWordsGiveTheirRunOrOneLineUsageError) {
              2,
              "",
              "wakeline-tool: unknown subcommand 'nope'\n" + Try("wakeline-tool")},
-            {"simulate takes --count=2", {"simulate", "--count=2", "--interval=0"}, 0, "", "", 2},
             {"an unknown option is no missing value",
              {"simulate", "--bogus"},
              2,
              "",
              sim + ": Unknown option '--bogus'.\n" + Try(sim)},
-            {"a missing value",
-             {"simulate", "--interval=0", "--count"},
-             2,
-             "",
-             sim + ": Missing value after '--count'.\n" + Try(sim)},
             {"a bad value", {"polar", polar, "--target=71"}, 2, "", "~--target takes TWA,TWS"},
             {"a missing argument",
              {"seatalk", "--json"},
              2,
              "",
              "wakeline-tool seatalk: missing FILE, DEVICE or -\n" + Try("wakeline-tool seatalk")},
-            {"after -- a dashed word is the file, which does not exist",
-             {"seatalk", "--", "-h"},
-             1,
-             "",
-             "~wakeline-tool seatalk: cannot open -h: "},
         });
 }
 
