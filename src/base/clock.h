@@ -28,6 +28,8 @@ class ProgramClock {
     DateTime NowUtc() const;
     // The local calendar date at NowUtc().
     CalendarDate LocalToday() const;
+    // The local calendar date at a given UTC date-time, e.g. a record's own stamp.
+    CalendarDate LocalDateAt(DateTime utc) const { return system_.LocalDateAt(utc); }
 
     void SetReplayTime(DateTime utc) { replayTime_ = utc; }
     void ClearReplayTime() { replayTime_.reset(); }

@@ -247,6 +247,8 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     track.DiskWriteInterval = state_.DiskWriteInterval;
     track.TraceOn = state_.TraceOn;
     track.SetLogData = state_.SetLogData;
+    // What a run that died left pending goes into the track before this run writes anything.
+    track_.RecoverJournal();
     if (state_.TraceOn) {
         track_.TraceWriteLine(caption_ + " started commandline: " + commandLine_, true);
     }

@@ -2,12 +2,14 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "base/elapsed_seconds.h"
 #include "base/single_precision.h"
 #include "base/text_number.h"
 #include "display/navigation.h"
+#include "livedata/replay_line.h"
 #include "wind/wind_file.h"
 
 namespace wakeline {
@@ -44,6 +46,39 @@ bool TimeMeets(double elapsed, float threshold) {
     return threshold != 0.0f && (elapsed < 0 || elapsed >= threshold);
 }
 
+// The journal's text split after each LF, every entry keeping its line end. A last entry cut
+// off without one (a power cut during an append) gets CR LF, so that what follows it in the
+// track file starts on a line of its own.
+std::vector<std::string> JournalEntries(std::string_view text) {
+    std::vector<std::string> entries;
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        if (end == std::string_view::npos) {
+            entries.push_back(std::string(text) + "\r\n");
+            break;
+        }
+        entries.emplace_back(text.substr(0, end + 1));
+        text.remove_prefix(end + 1);
+    }
+    return entries;
+}
+
+// The UTC time of a record's stamp "YYYYMMDD HH:MM:SS CZ," or of a note's
+// "/* YYYYMMDD HH:MM:SS CZ - "; nothing for an entry without a valid stamp.
+std::optional<DateTime> EntryTime(std::string_view entry) {
+    constexpr std::string_view kNotePrefix = "/* ";
+    constexpr std::size_t kStampLength = 20;  // "YYYYMMDD HH:MM:SS CZ"
+    if (entry.starts_with(kNotePrefix)) {
+        entry.remove_prefix(kNotePrefix.size());
+    }
+    const std::string stamp = std::string(entry.substr(0, kStampLength)) + ",";
+    const ReplayLine line = ClassifyReplayLine(stamp);
+    if (line.kind != ReplayLine::Kind::Stamped) {
+        return std::nullopt;
+    }
+    return line.time;
+}
+
 }  // namespace
 
 TrackWriter::TrackWriter(TrackSettings settings, const ProgramClock& clock, FileSystem& files,
@@ -71,7 +106,10 @@ void TrackWriter::TraceWriteLine(std::string_view text, bool force, std::string_
     if (flushAllowed && FlushDue(force, now)) {
         Flush(now);
     }
+    GiveOutReports();
+}
 
+void TrackWriter::GiveOutReports() {
     // Reports go out last: a message box runs the event loop, and a line arriving meanwhile
     // must find the writer settled.
     std::vector<std::string> logLines = std::exchange(logLines_, {});
@@ -154,6 +192,7 @@ void TrackWriter::Keep(std::string entry) {
     }
     pendingBytes_ += entry.size();
     pending_.push_back(std::move(entry));
+    JournalAppend(pending_.back());
 }
 
 bool TrackWriter::FlushDue(bool force, DateTime now) const {
@@ -166,7 +205,7 @@ bool TrackWriter::FlushDue(bool force, DateTime now) const {
 void TrackWriter::Flush(DateTime now) {
     state_.LastWrite = now;
     if (settings_.TraceOn && !settings_.TrackDir.empty()) {
-        WriteTrack();
+        WriteTrack(DayFilePath(clock_.LocalToday()));
     } else {
         DiscardPending();
     }
@@ -179,8 +218,11 @@ void TrackWriter::DiscardPending() {
     carried_ = 0;
 }
 
-void TrackWriter::WriteTrack() {
-    const std::string path = settings_.TrackDir + "/" + FormatDayName(clock_.LocalToday()) + ".TRT";
+std::string TrackWriter::DayFilePath(const CalendarDate& day) const {
+    return settings_.TrackDir + "/" + FormatDayName(day) + ".TRT";
+}
+
+void TrackWriter::WriteTrack(const std::string& path) {
     std::string bytes;
     bytes.reserve(pendingBytes_);
     for (const std::string& entry : pending_) {
@@ -201,6 +243,7 @@ void TrackWriter::WriteTrack() {
                                 " cannot be written. The track is kept in memory and written "
                                 "when the disk accepts it again.");
         }
+        SyncJournal(bytes);
         return;
     }
     if (trackFailureShown_ || carried_ > 0) {
@@ -214,6 +257,106 @@ void TrackWriter::WriteTrack() {
     DiscardPending();
     trackFailureShown_ = false;
     dropLogged_ = false;
+    SyncJournal({});
+}
+
+bool TrackWriter::JournalOn() const {
+    return settings_.TraceOn && !settings_.TrackDir.empty() && !journalLeftAlone_;
+}
+
+std::string TrackWriter::JournalPath() const {
+    return settings_.TrackDir + "/" + kTrackJournalName;
+}
+
+void TrackWriter::JournalAppend(std::string_view entry) {
+    // After a failed write the journal is out of step; only the next flush's rewrite puts it
+    // right, so that a journal holding part of an entry is never appended to.
+    if (!JournalOn() || !journalInSync_) {
+        return;
+    }
+    journalHoldsEntries_ = true;
+    const Status appended = files_.AppendToFile(JournalPath(), entry);
+    if (!appended.Ok()) {
+        journalInSync_ = false;
+        ReportJournalFailure(appended);
+    }
+}
+
+void TrackWriter::SyncJournal(std::string_view pending) {
+    if (!JournalOn()) {
+        return;
+    }
+    Status written;
+    if (pending_.empty()) {
+        if (!journalHoldsEntries_) {
+            return;  // an empty journal is not written again at every flush
+        }
+        written = files_.WriteFile(JournalPath(), "");
+    } else if (!journalInSync_) {
+        written = files_.ReplaceFile(JournalPath(), pending);
+    } else {
+        return;
+    }
+    journalInSync_ = written.Ok();
+    if (!written.Ok()) {
+        ReportJournalFailure(written);
+        return;
+    }
+    journalHoldsEntries_ = !pending_.empty();
+    journalFailureLogged_ = false;
+}
+
+void TrackWriter::ReportJournalFailure(const Status& failure) {
+    if (journalFailureLogged_) {
+        return;
+    }
+    journalFailureLogged_ = true;
+    logLines_.push_back("Track journal: " + failure.Message() +
+                        "; recording goes on, records since the last flush are in memory only");
+}
+
+void TrackWriter::RecoverJournal() {
+    if (!JournalOn()) {
+        return;
+    }
+    const std::string path = JournalPath();
+    if (!files_.FileExists(path)) {
+        journalHoldsEntries_ = false;
+        return;
+    }
+    Result<std::string> read = files_.ReadFile(path);
+    if (!read.Ok()) {
+        // Emptying a journal nobody could read would lose what it holds: leave it for the sailor.
+        journalLeftAlone_ = true;
+        log_.DebugWriteLine("Track journal: " + read.GetStatus().Message() +
+                            "; left as it is, this run records without a journal");
+        return;
+    }
+    std::vector<std::string> entries = JournalEntries(read.Value());
+    if (entries.empty()) {
+        journalHoldsEntries_ = false;
+        return;
+    }
+    CalendarDate day = clock_.LocalToday();
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        if (const std::optional<DateTime> time = EntryTime(*entry)) {
+            day = clock_.LocalDateAt(*time);
+            break;
+        }
+    }
+    const std::size_t recovered = entries.size();
+    // The journal already holds these: they are taken in without being appended again.
+    for (std::string& entry : entries) {
+        pendingBytes_ += entry.size();
+        pending_.push_back(std::move(entry));
+    }
+    const std::string trackPath = DayFilePath(day);
+    WriteTrack(trackPath);
+    if (pending_.empty()) {
+        logLines_.push_back("Track journal: " + std::to_string(recovered) +
+                            " records recovered into " + trackPath);
+    }
+    GiveOutReports();
 }
 
 void TrackWriter::SaveHistory() {

@@ -10,6 +10,16 @@
 // Nothing recorded is given up because the disk refused it: a failed append is logged, shown
 // to the user once per failure spell, and its records are kept (ahead of newer ones) for the
 // next flush. The kept text is bounded by kMaxPendingBytes; see there.
+//
+// Nor is anything given up because the program dies between flushes (a crash, SIGKILL, the
+// out-of-memory killer): every pending record and note is also appended, as it is kept, to the
+// crash journal kTrackJournalName in the track directory. That append is a plain one, not
+// forced to the disk: it costs no disk write of its own, and what the system has been handed
+// survives the death of the process. Each successful flush empties the journal; a crash
+// between the two leaves records that the next start-up appends a second time (a repeated line
+// is better than a lost one). A journal the disk refuses is logged once per failure spell with
+// the system's reason and never stops recording; the next flush rewrites it whole. Tracing
+// off or no track directory: the journal is never touched.
 
 #include <cstddef>
 #include <cstdint>
@@ -47,6 +57,9 @@ inline constexpr std::size_t kFlushAfterRecords = 60;
 // file gets the track up to the failure and from the recovery on.
 inline constexpr std::size_t kMaxPendingBytes = 16u * 1024u * 1024u;
 
+// The crash journal's file name in the track directory.
+inline constexpr const char* kTrackJournalName = "wakeline_pending.txt";
+
 class TrackWriter {
   public:
     // The referenced objects must outlive the writer. `windHistory` receives one observation
@@ -65,6 +78,16 @@ class TrackWriter {
     // A failure message may be shown at the very end, after all state is settled, so a call
     // made while that dialog is open finds the writer consistent.
     void TraceWriteLine(std::string_view text, bool force, std::string_view shownCog = {});
+
+    // Start-up, once the settings are in and before anything is recorded: the records a run
+    // that died left in the crash journal are appended to a track file, the journal is emptied
+    // and "Track journal: N records recovered into PATH" is logged. The file is the one of the
+    // local date at the newest recovered stamp, the file a flush right after that record would
+    // have opened: a run that died on Monday evening and is restarted on Tuesday puts Monday's
+    // records into Monday's file (today's file when no entry carries a readable stamp). A
+    // journal that cannot be written to its file stays pending like any failed flush; one that
+    // cannot be read is logged and left alone, and the run records without a journal.
+    void RecoverJournal();
 
     // In SeaTalk mode, the bus's date-time; a source giving 0 (no time from the bus yet), or none,
     // leaves "now" to the program clock.
@@ -92,7 +115,16 @@ class TrackWriter {
     void Keep(std::string entry);
     bool FlushDue(bool force, DateTime now) const;
     void Flush(DateTime now);
-    void WriteTrack();
+    void WriteTrack(const std::string& path);
+    std::string DayFilePath(const CalendarDate& day) const;
+    bool JournalOn() const;
+    std::string JournalPath() const;
+    void JournalAppend(std::string_view entry);
+    // After a flush: empties the journal once nothing is pending, rewrites it whole (`pending`
+    // is the pending text) when an append had failed.
+    void SyncJournal(std::string_view pending);
+    void ReportJournalFailure(const Status& failure);
+    void GiveOutReports();
     void DiscardPending();
     void SaveHistory();
     void TakeWindObservation();
@@ -118,6 +150,13 @@ class TrackWriter {
     bool dropLogged_ = false;
     bool trackFailureShown_ = false;
     bool historyFailureShown_ = false;
+    // The journal holds exactly the pending entries; false after a failed journal write.
+    bool journalInSync_ = true;
+    // The journal may hold entries: unknown until start-up has looked at it.
+    bool journalHoldsEntries_ = true;
+    bool journalFailureLogged_ = false;
+    // Found unreadable at start-up: left alone for the whole run.
+    bool journalLeftAlone_ = false;
     // Log lines and user messages of the current call, given out at its end.
     std::vector<std::string> logLines_;
     std::vector<std::string> messages_;

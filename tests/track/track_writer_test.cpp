@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr const char* kDayFile = "/boat/track/20261115.TRT";
 constexpr const char* kHistoryFile = "/boat/track/wakeline_wc.bin";
+constexpr const char* kJournal = "/boat/track/wakeline_pending.txt";
 
 // A data line at the given position, with its own line end as the link delivers it.
 std::string Line(const std::string& lat = "52.5", const std::string& lon = "-4.25") {
@@ -232,6 +234,118 @@ TEST_F(TrackWriterTest, ARefusedAppendKeepsEveryRecordUntilTheDiskWorks) {
     const std::string first = "20261115 12:00:01 CZ," + Line() + "20261115 12:00:03 CZ," + Line();
     EXPECT_EQ(files.files[kDayFile].substr(0, first.size()), first);
     EXPECT_EQ(files.files[kDayFile].size(), 31 * first.size());
+}
+
+TEST_F(TrackWriterTest, TheJournalHoldsExactlyWhatIsPending) {
+    settings.TrackTime = 1;
+    const auto record = [](int second) {
+        return "20261115 12:00:0" + std::to_string(second) + " CZ," + Line();
+    };
+    Note(0, "start");
+    Data(1);
+    Data(2);
+    EXPECT_EQ(files.files[kJournal], record(1) + record(2));
+    Note(3, "flush");
+    EXPECT_EQ(files.files[kJournal], "") << "emptied by the flush";
+    EXPECT_EQ(files.files[kDayFile], record(1) + record(2));
+
+    // A journal the disk refuses does not stop the record, and is logged once with the reason.
+    files.readOnlyPaths.insert(kJournal);
+    Data(4);
+    Data(5);
+    EXPECT_EQ(Writer().PendingCount(), 2u);
+    // The journal is back but the track file is full: the flush rewrites the journal whole.
+    files.readOnlyPaths.clear();
+    files.fullPaths.insert(kDayFile);
+    Note(6, "flush fails");
+    EXPECT_EQ(files.files[kJournal], record(4) + record(5));
+    files.fullPaths.clear();
+    Note(7, "flush");
+    EXPECT_EQ(files.files[kDayFile], record(1) + record(2) + record(4) + record(5));
+    EXPECT_EQ(files.files[kJournal], "");
+    const std::string logged =
+        "Track journal: could not append to /boat/track/wakeline_pending.txt: Read-only file "
+        "system; recording goes on, records since the last flush are in memory only";
+    const std::string log = Log();
+    ASSERT_NE(log.find(logged), std::string::npos);
+    EXPECT_EQ(log.find(logged, log.find(logged) + 1), std::string::npos) << "logged once";
+}
+
+TEST_F(TrackWriterTest, StartUpRecoversTheJournalIntoTheDayOfItsRecords) {
+    // The clock stands at 2026-11-15 12:00 UTC, the local date is the UTC date.
+    const std::string monday1 = "20261114 21:00:00 CZ," + Line();
+    const std::string monday2 = "20261114 21:00:01 CZ," + Line();
+    const std::string mondayFile = "/boat/track/20261114.TRT";
+    struct Row {
+        const char* legend;
+        std::string journal;
+        bool traceOn;
+        bool trackRefused;
+        std::map<std::string, std::string> after;  // the files after recovery, log aside
+        const char* logged;
+    };
+    const Row rows[] = {
+        {"a run that died the evening before: into that evening's file",
+         monday1 + monday2,
+         true,
+         false,
+         {{mondayFile, monday1 + monday2}, {kJournal, ""}},
+         "Track journal: 2 records recovered into /boat/track/20261114.TRT"},
+        {"a last record cut off by a power cut gets its line end",
+         monday1 + "20261114 21:00:01 CZ,52.5,-4",
+         true,
+         false,
+         {{mondayFile, monday1 + "20261114 21:00:01 CZ,52.5,-4\r\n"}, {kJournal, ""}},
+         "Track journal: 2 records recovered into /boat/track/20261114.TRT"},
+        {"the newest stamp decides; a note's stamp counts",
+         monday1 + "/* 20261115 00:10:00 CZ - reefed\r\n",
+         true,
+         false,
+         {{"/boat/track/20261115.TRT", monday1 + "/* 20261115 00:10:00 CZ - reefed\r\n"},
+          {kJournal, ""}},
+         "Track journal: 2 records recovered into /boat/track/20261115.TRT"},
+        {"no readable stamp: today's file",
+         Line(),
+         true,
+         false,
+         {{"/boat/track/20261115.TRT", Line()}, {kJournal, ""}},
+         "Track journal: 1 records recovered into /boat/track/20261115.TRT"},
+        {"a refused track file: kept pending, the journal untouched",
+         monday1,
+         true,
+         true,
+         {{kJournal, monday1}},
+         "could not append to /boat/track/20261114.TRT: No space left on device; 1 records "
+         "kept"},
+        {"tracing off: the journal is not touched",
+         monday1,
+         false,
+         false,
+         {{kJournal, monday1}},
+         ""},
+        {"an empty journal writes nothing", "", true, false, {{kJournal, ""}}, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.legend);
+        files.files = {{kJournal, row.journal}};
+        files.fullPaths.clear();
+        if (row.trackRefused) {
+            files.fullPaths.insert(mondayFile);
+        }
+        settings.TraceOn = row.traceOn;
+        writer.reset();
+        SetTime(0);
+        Writer().RecoverJournal();
+        const std::string log = Log();
+        files.files.erase(testing::kLogPath);
+        EXPECT_EQ(files.files, row.after);
+        if (*row.logged != '\0') {
+            EXPECT_NE(log.find(row.logged), std::string::npos) << log;
+        } else {
+            EXPECT_EQ(log, "");
+        }
+        EXPECT_EQ(Writer().PendingCount(), row.trackRefused ? 1u : 0u);
+    }
 }
 
 }  // namespace

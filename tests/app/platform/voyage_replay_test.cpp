@@ -130,6 +130,8 @@ TEST(VoyageReplay, TrackAndWindHistoryFollowTheRecordingRules) {
         }
         EXPECT_TRUE(files["wakeline_wc.bin"] == history) << files["wakeline_wc.bin"].size();
         files.erase("wakeline_wc.bin");
+        EXPECT_EQ(files["wakeline_pending.txt"], "") << "the close's flush empties the journal";
+        files.erase("wakeline_pending.txt");
 
         // The start-up note comes before any record set the clock: real time, in the file of
         // the real local date.
