@@ -354,7 +354,8 @@ void TrackWriter::RecoverJournal() {
     WriteTrack(trackPath);
     if (pending_.empty()) {
         logLines_.push_back("Track journal: " + std::to_string(recovered) +
-                            " records recovered into " + trackPath);
+                            (recovered == 1 ? " record" : " records") + " recovered into " +
+                            trackPath);
     }
     GiveOutReports();
 }

@@ -309,7 +309,7 @@ TEST_F(TrackWriterTest, StartUpRecoversTheJournalIntoTheDayOfItsRecords) {
          true,
          false,
          {{"/boat/track/20261115.TRT", Line()}, {kJournal, ""}},
-         "Track journal: 1 records recovered into /boat/track/20261115.TRT"},
+         "Track journal: 1 record recovered into /boat/track/20261115.TRT"},
         {"a refused track file: kept pending, the journal untouched",
          monday1,
          true,
