@@ -19,7 +19,7 @@
 namespace wakeline::testing {
 namespace {
 
-// Stamped records one second apart from 2030-06-01 10:00:00 UTC, ahead of any clock this runs
+// Stamped records one second apart from 2099-06-01 10:00:00 UTC, ahead of any clock this runs
 // on, so that no elapsed time since the start-up note is negative. Latitude 55 + index / 10000
 // degrees; each record ends with CR LF, as the track file holds it.
 std::string Record(int index) {
@@ -29,7 +29,7 @@ std::string Record(int index) {
     second.insert(0, 2 - second.size(), '0');
     std::string minute = std::to_string(index / 60);
     minute.insert(0, 2 - minute.size(), '0');
-    return "20300601 10:" + minute + ":" + second + " CZ,55." + fraction +
+    return "20990601 10:" + minute + ":" + second + " CZ,55." + fraction +
            ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
            ",,,,,,,\r\n";
 }
@@ -65,9 +65,9 @@ TEST(Journal, SigkillBetweenFlushesLosesNoRecord) {
     // The first record flushes at once (the start-up note's time is years before it), then
     // every 60th: records 61, 121, 181 and 241 end a flush, so 9 were pending at the kill.
     EXPECT_TRUE(LogHas(boat, "Track journal: 9 records recovered into " +
-                                 boat.TracesPath().toStdString() + "/20300601.TRT"));
+                                 boat.TracesPath().toStdString() + "/20990601.TRT"));
     std::map<std::string, std::string> traces = boat.Traces();
-    EXPECT_TRUE(traces["20300601.TRT"] == all) << "every record once, in order";
+    EXPECT_TRUE(traces["20990601.TRT"] == all) << "every record once, in order";
     EXPECT_EQ(traces["wakeline_pending.txt"], "");
 }
 
@@ -109,9 +109,9 @@ TEST(Journal, AFifoReplayShowsEachLineAsItArrivesAndSigtermKeepsTheTrack) {
     ::close(writer);
     EXPECT_EQ(process.exitCode(), 0);
     // The close's note carries the clock the replay left: the last record's time.
-    EXPECT_TRUE(boat.Traces()["20300601.TRT"] ==
-                all + "/* 20300601 10:00:03 CZ - normal closedown\r\n")
-        << boat.Traces()["20300601.TRT"];
+    EXPECT_TRUE(boat.Traces()["20990601.TRT"] ==
+                all + "/* 20990601 10:00:03 CZ - normal closedown\r\n")
+        << boat.Traces()["20990601.TRT"];
 }
 
 }  // namespace
