@@ -289,7 +289,7 @@ TEST_F(TrackWriterTest, StartUpRecoversTheJournalIntoTheDayOfItsRecords) {
         {"died the evening before: that evening's file", m1 + m2, true, false, monday, m1 + m2, recovered + monday},
         {"a last record cut by a power cut gets its line end", m1 + cut, true, false, monday, m1 + cut + "\r\n", recovered + monday},
         {"the newest stamp decides; a note's counts", m1 + reefed, true, false, kDayFile, m1 + reefed, recovered + kDayFile},
-        {"no readable stamp: today's file", Line(), true, false, kDayFile, Line(), "Track journal: 1 record recovered into " + std::string(kDayFile)},
+        {"no readable stamp: today's file", Line(), true, false, kDayFile, Line(), "Track journal: 1 records recovered into " + std::string(kDayFile)},
         {"a refused track file: kept pending", m1, true, true, "", "", "could not append to /boat/track/20261114.TRT: No space left on device; 1 records kept"},
         {"tracing off: the journal is not touched", m1, false, false, "", "", ""},
         {"an empty journal writes nothing", "", true, false, "", "", ""},
