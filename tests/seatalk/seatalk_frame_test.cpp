@@ -88,26 +88,18 @@ TEST(SeaTalkFrame, ModeSBTakesOddBytesAsCommandsWithoutParityErrors) {
 
 TEST(SeaTalkFrame, UnmarkedBytesWithoutEndNeverCompleteADatagram) {
     // 70000 unmarked bytes in two reads: each byte is rejected on its own, the counter stops
-    // at 32767 and no rejected byte is left behind to serve as an attribute byte ('A' = 0x41
-    // would announce 4 bytes, 0xFF 18).
-    const struct {
-        const char* legend;
-        std::uint8_t byte;
-    } rows[] = {
-        {"letters", 'A'},
-        {"0xFF, the doubled byte of the marking", 0xFF},
-    };
-    for (const auto& row : rows) {
+    // at 32767 and no rejected byte is left behind to serve as an attribute byte (a letter,
+    // 'A' = 0x41, would announce 4 bytes; 0xFF, the doubled byte of the marking, 18).
+    for (const std::uint8_t byte : {std::uint8_t{'A'}, std::uint8_t{0xFF}}) {
         SeaTalkValues values;
         SeaTalkReceiver receiver(kSeaTalkModeSC, values);
-        EXPECT_EQ(receiver.OnReceive(Bytes(40000, row.byte)).report, "") << row.legend;
-        EXPECT_EQ(receiver.OnMoreBytes(Bytes(30000, row.byte)).report, "") << row.legend;
-        EXPECT_EQ(receiver.Frame().lengthErrors, 32767) << row.legend;
-        EXPECT_EQ(receiver.Frame().count, 0) << row.legend;
-
+        EXPECT_EQ(receiver.OnReceive(Bytes(40000, byte)).report, "") << +byte;
+        EXPECT_EQ(receiver.OnMoreBytes(Bytes(30000, byte)).report, "") << +byte;
+        EXPECT_EQ(receiver.Frame().lengthErrors, 32767) << +byte;
+        EXPECT_EQ(receiver.Frame().count, 0) << +byte;
         // The next good datagram clears it.
-        EXPECT_NE(Marked(receiver, {0x99, 0x00, 0x07}).report, "") << row.legend;
-        EXPECT_EQ(receiver.Frame().lengthErrors, 0) << row.legend;
+        EXPECT_NE(Marked(receiver, {0x99, 0x00, 0x07}).report, "") << +byte;
+        EXPECT_EQ(receiver.Frame().lengthErrors, 0) << +byte;
     }
 }
 

@@ -273,64 +273,34 @@ TEST_F(TrackWriterTest, TheJournalHoldsExactlyWhatIsPending) {
 
 TEST_F(TrackWriterTest, StartUpRecoversTheJournalIntoTheDayOfItsRecords) {
     // The clock stands at 2026-11-15 12:00 UTC, the local date is the UTC date.
-    const std::string monday1 = "20261114 21:00:00 CZ," + Line();
-    const std::string monday2 = "20261114 21:00:01 CZ," + Line();
-    const std::string mondayFile = "/boat/track/20261114.TRT";
-    struct Row {
+    const std::string m1 = "20261114 21:00:00 CZ," + Line(), m2 = "20261114 21:00:01 CZ," + Line();
+    const std::string cut = "20261114 21:00:01 CZ,52.5,-4",
+                      reefed = "/* 20261115 00:10:00 CZ - reefed\r\n";
+    const std::string monday = "/boat/track/20261114.TRT",
+                      recovered = "Track journal: 2 records recovered into ";
+    const struct {
         const char* legend;
         std::string journal;
-        bool traceOn;
-        bool trackRefused;
-        std::map<std::string, std::string> after;  // the files after recovery, log aside
-        const char* logged;
+        bool traceOn, trackRefused;
+        std::string file, written;  // the file recovered into, "" if the journal stays as it is
+        std::string logged;
+    } rows[] = {
+        // clang-format off
+        {"died the evening before: that evening's file", m1 + m2, true, false, monday, m1 + m2, recovered + monday},
+        {"a last record cut by a power cut gets its line end", m1 + cut, true, false, monday, m1 + cut + "\r\n", recovered + monday},
+        {"the newest stamp decides; a note's counts", m1 + reefed, true, false, kDayFile, m1 + reefed, recovered + kDayFile},
+        {"no readable stamp: today's file", Line(), true, false, kDayFile, Line(), "Track journal: 1 record recovered into " + std::string(kDayFile)},
+        {"a refused track file: kept pending", m1, true, true, "", "", "could not append to /boat/track/20261114.TRT: No space left on device; 1 records kept"},
+        {"tracing off: the journal is not touched", m1, false, false, "", "", ""},
+        {"an empty journal writes nothing", "", true, false, "", "", ""},
+        // clang-format on
     };
-    const Row rows[] = {
-        {"a run that died the evening before: into that evening's file",
-         monday1 + monday2,
-         true,
-         false,
-         {{mondayFile, monday1 + monday2}, {kJournal, ""}},
-         "Track journal: 2 records recovered into /boat/track/20261114.TRT"},
-        {"a last record cut off by a power cut gets its line end",
-         monday1 + "20261114 21:00:01 CZ,52.5,-4",
-         true,
-         false,
-         {{mondayFile, monday1 + "20261114 21:00:01 CZ,52.5,-4\r\n"}, {kJournal, ""}},
-         "Track journal: 2 records recovered into /boat/track/20261114.TRT"},
-        {"the newest stamp decides; a note's stamp counts",
-         monday1 + "/* 20261115 00:10:00 CZ - reefed\r\n",
-         true,
-         false,
-         {{"/boat/track/20261115.TRT", monday1 + "/* 20261115 00:10:00 CZ - reefed\r\n"},
-          {kJournal, ""}},
-         "Track journal: 2 records recovered into /boat/track/20261115.TRT"},
-        {"no readable stamp: today's file",
-         Line(),
-         true,
-         false,
-         {{"/boat/track/20261115.TRT", Line()}, {kJournal, ""}},
-         "Track journal: 1 record recovered into /boat/track/20261115.TRT"},
-        {"a refused track file: kept pending, the journal untouched",
-         monday1,
-         true,
-         true,
-         {{kJournal, monday1}},
-         "could not append to /boat/track/20261114.TRT: No space left on device; 1 records "
-         "kept"},
-        {"tracing off: the journal is not touched",
-         monday1,
-         false,
-         false,
-         {{kJournal, monday1}},
-         ""},
-        {"an empty journal writes nothing", "", true, false, {{kJournal, ""}}, ""},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.legend);
         files.files = {{kJournal, row.journal}};
         files.fullPaths.clear();
         if (row.trackRefused) {
-            files.fullPaths.insert(mondayFile);
+            files.fullPaths.insert(monday);
         }
         settings.TraceOn = row.traceOn;
         writer.reset();
@@ -338,8 +308,11 @@ TEST_F(TrackWriterTest, StartUpRecoversTheJournalIntoTheDayOfItsRecords) {
         Writer().RecoverJournal();
         const std::string log = Log();
         files.files.erase(testing::kLogPath);
-        EXPECT_EQ(files.files, row.after);
-        if (*row.logged != '\0') {
+        using Files = std::map<std::string, std::string>;
+        const Files after = row.file.empty() ? Files{{kJournal, row.journal}}
+                                             : Files{{row.file, row.written}, {kJournal, ""}};
+        EXPECT_EQ(files.files, after);
+        if (!row.logged.empty()) {
             EXPECT_NE(log.find(row.logged), std::string::npos) << log;
         } else {
             EXPECT_EQ(log, "");
