@@ -20,16 +20,6 @@
 namespace wakeline::testing {
 namespace {
 
-// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart), without line end.
-std::string DataLine(int index, const std::string& name = "") {
-    std::string fraction = std::to_string(index % 10000);
-    fraction.insert(0, 4 - fraction.size(), '0');
-    return std::to_string(55 + index / 10000) + "." + fraction +
-           ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
-           ",,,,,,," +
-           name;
-}
-
 // The stand-in chart plotter's end of the link, once the program has connected to `server`;
 // null when it did not.
 QTcpSocket* Accept(QTcpServer& server) {
@@ -41,38 +31,6 @@ QTcpSocket* Accept(QTcpServer& server) {
 bool Send(QTcpSocket* peer, const std::string& bytes) {
     peer->write(bytes.data(), qint64(bytes.size()));
     return WaitUntil([&] { return peer->bytesToWrite() == 0; });
-}
-
-// Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
-// `prefix`, in order, without the CR LF that the link adds.
-std::vector<std::string> HandledLines(const std::string& log, const std::string& prefix) {
-    std::vector<std::string> lines;
-    const std::string mark = "lblDDE_LinkNotify " + prefix;
-    for (std::size_t at = log.find(mark); at != std::string::npos; at = log.find(mark, at)) {
-        at += mark.size() - prefix.size();
-        lines.push_back(log.substr(at, log.find("\r\n", at) - at));
-    }
-    return lines;
-}
-
-// The track records of the traces directory whose data lines start with `prefix`, in file
-// order, without their stamps.
-std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
-    std::vector<std::string> lines;
-    for (const auto& [name, bytes] : boat.Traces()) {
-        if (!name.ends_with(".TRT")) {
-            continue;
-        }
-        for (std::size_t at = 0; at < bytes.size();) {
-            const std::size_t end = bytes.find("\r\n", at);
-            const std::string record = bytes.substr(at, end - at);
-            at = end == std::string::npos ? bytes.size() : end + 2;
-            if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
-                lines.push_back(record.substr(21));
-            }
-        }
-    }
-    return lines;
 }
 
 bool Finished(QProcess& process, int ms = 10000) {
@@ -107,10 +65,11 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     ASSERT_TRUE(plotter.listen(QHostAddress::LocalHost, port));
     QTcpSocket* peer = Accept(plotter);
     ASSERT_NE(peer, nullptr);
-    // The second line repeats the first and is not handled; the last repeats the first but
-    // follows another line, so it is new again. A CR before the LF is dropped.
-    ASSERT_TRUE(Send(
-        peer, DataLine(0) + "\n" + DataLine(0) + "\r\n" + DataLine(1) + "\n" + DataLine(0) + "\n"));
+    // The second line repeats the first and is not handled; the fourth repeats the first but
+    // follows another line, so it is new again. A CR before the LF is dropped. The last line
+    // has no LF: the close ends it.
+    ASSERT_TRUE(Send(peer, DataLine(0) + "\n" + DataLine(0) + "\r\n" + DataLine(1) + "\n" +
+                               DataLine(0) + "\n" + DataLine(2)));
     ASSERT_TRUE(
         WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 3; }));
     plotter.close();  // the chart plotter is closed: no one listens any more
@@ -132,7 +91,9 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     EXPECT_LT(first, up);
     EXPECT_EQ(log.find(refused, first + 1), log.rfind(refused));
     EXPECT_GT(log.rfind(refused), up);
-    const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(0)};
+    EXPECT_LT(log.find("Link closed after a line without its line end"),
+              log.find("lblDDE_LinkNotify " + DataLine(2)));
+    const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(0), DataLine(2)};
     EXPECT_EQ(HandledLines(log, "55."), expected);
     EXPECT_EQ(RecordedLines(boat_, "55."), expected);
 }

@@ -39,16 +39,20 @@ struct Recorder {
     explicit Recorder(SeaTalkSerialPort& port) {
         QObject::connect(&port, &SeaTalkSerialPort::bytesReceived,
                          [this](const QByteArray& b) { bytes += b; });
-        QObject::connect(&port, &SeaTalkSerialPort::userMessage,
-                         [this](const QString& t) { messages.push_back(t); });
+        QObject::connect(&port, &SeaTalkSerialPort::userMessage, [this](const QString& t) {
+            messages.push_back(t);
+            told.push_back("message: " + t);
+        });
         QObject::connect(&port, &SeaTalkSerialPort::logLine,
-                         [this](const QString& t) { log.push_back(t); });
+                         [this](const QString& t) { told.push_back("log: " + t); });
         QObject::connect(&port, &SeaTalkSerialPort::opened, [this] { ++opened; });
         QObject::connect(&port, &SeaTalkSerialPort::lost, [this] { ++lost; });
     }
     QByteArray bytes;
     std::vector<QString> messages;
-    std::vector<QString> log;
+    // Messages and log lines in the order given out; a run logs its messages, so each text
+    // must come through one of the two only.
+    std::vector<QString> told;
     int opened = 0;
     int lost = 0;
 };
@@ -79,9 +83,11 @@ TEST(SeaTalkSerialPort, SetsThePortUpAndTellsWhatAPtyRefuses) {
 
     // The kernel clears PARENB on a pty: told once, naming the device and the setting.
     EXPECT_TRUE(port.Refused().contains(QStringLiteral("space parity (PARENB)")));
-    ASSERT_EQ(seen.messages.size(), 1u);
-    EXPECT_TRUE(seen.messages[0].contains(link));
-    EXPECT_TRUE(seen.messages[0].contains(QStringLiteral("space parity (PARENB)")));
+    // The refusal comes before the line that the port was opened, which claims no space parity.
+    ASSERT_EQ(seen.told.size(), 2u);
+    EXPECT_TRUE(seen.told[0].startsWith("message: SeaTalk port " + link + " refused "));
+    EXPECT_TRUE(seen.told[0].contains(QStringLiteral("space parity (PARENB)")));
+    EXPECT_EQ(seen.told[1], "log: SeaTalk port " + link + " opened with the settings it kept");
 
     // Bytes pass unchanged, except that parity marking doubles a data byte 0xFF.
     const unsigned char sent[] = {0x84, 0x42, 0xFF};
@@ -102,7 +108,10 @@ TEST(SeaTalkSerialPort, SetsThePortUpAndTellsWhatAPtyRefuses) {
     ASSERT_EQ(::symlink(back->slave.c_str(), link.toLocal8Bit().constData()), 0);
     ASSERT_TRUE(testing::WaitUntil([&] { return seen.opened == 2; }));
     EXPECT_TRUE(port.IsOpen());
-    EXPECT_EQ(seen.messages.size(), 2u);  // the refusal was told already
+    EXPECT_EQ(seen.messages.size(), 2u);  // the refusal was told already: the log alone has it
+    ASSERT_EQ(seen.told.size(), 5u);
+    EXPECT_TRUE(seen.told[3].startsWith("log: SeaTalk port " + link + " refused "));
+    EXPECT_TRUE(seen.told[4].contains(" opened "));
     port.Stop();
 }
 
