@@ -12,7 +12,9 @@
 #include "wakeline_version.h"
 
 int main(int argc, char** argv) {
-    // Before any thread exists, so that every thread inherits the blocked signals.
+    // Before any thread exists, so that every thread inherits the blocked signals, and before
+    // any file is opened, so that none takes the number of a closed standard stream.
+    wakeline::KeepStandardStreamsHarmless();
     wakeline::BlockTerminationSignals();
     const std::vector<std::string> words(argv + 1, argv + argc);
     const wakeline::ParsedOptions parsed = wakeline::ParseProgramOptions(words);

@@ -1,6 +1,7 @@
 #include "base/file_system.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -84,7 +85,18 @@ Result<std::string> StdFileSystem::ReadFileStart(const std::string& path,
 }
 
 Status StdFileSystem::AppendToFile(const std::string& path, std::string_view bytes) {
-    return WriteWithMode(path, bytes, std::ios::app, "append to");
+    // An append that fails part way is cut back to the size before it, so that a retry of the
+    // same bytes neither repeats nor splits a line.
+    std::error_code error;
+    std::uintmax_t before = std::filesystem::file_size(path, error);
+    if (error) {
+        before = 0;  // a new file
+    }
+    Status status = WriteWithMode(path, bytes, std::ios::app, "append to");
+    if (!status.Ok() && status.Action() != "open") {
+        std::filesystem::resize_file(path, before, error);
+    }
+    return status;
 }
 
 Status StdFileSystem::WriteFile(const std::string& path, std::string_view bytes) {

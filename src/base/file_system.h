@@ -32,7 +32,8 @@ class FileSystem {
         return start;
     }
     // Opens for appending (creating the file), writes, closes. A failure says which step
-    // failed and why; what was written before stays.
+    // failed and why; what was written before stays, and what this call wrote before it
+    // failed is cut back, so that a retry of the same bytes never repeats or splits a record.
     virtual Status AppendToFile(const std::string& path, std::string_view bytes) = 0;
     // Creates or truncates the file and writes the bytes.
     virtual Status WriteFile(const std::string& path, std::string_view bytes) = 0;
@@ -43,8 +44,8 @@ class FileSystem {
         return WriteFile(path, bytes);
     }
     // AppendToFile for records that must survive a power cut: ok only once the bytes are
-    // on the disk, not merely handed to the system. Costs a disk write, so only the track's
-    // flushes use it, never the diagnostic log.
+    // on the disk, not merely handed to the system; a failure part way is cut back as above.
+    // Costs a disk write, so only the track's flushes use it, never the diagnostic log.
     virtual Status AppendDurably(const std::string& path, std::string_view bytes) {
         return AppendToFile(path, bytes);
     }

@@ -361,6 +361,18 @@ bool NavigationCentre::FormUnload() {
     return true;
 }
 
+CloseOutcome NavigationCentre::CloseUnasked() {
+    track_.TraceWriteLine("normal closedown", true);
+    CloseOutcome outcome;
+    for (const std::string& entry : track_.PendingRecords()) {
+        ++outcome.unsavedRecords;
+        outcome.unsavedText += entry;
+    }
+    // Put for the record only: the answer cannot undo a close that has happened.
+    dialogs_.AskOkCancel("ending trace function");
+    return outcome;
+}
+
 void NavigationCentre::AcknowledgeAlarm() {
     power_.Noticed(clock_.NowUtc());
 }

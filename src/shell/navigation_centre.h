@@ -3,6 +3,7 @@
 // the whole run, and carries out the main window's start-up, timer tick and close. The
 // platform turns window events, timer ticks and incoming data into calls of this object.
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -52,6 +53,14 @@ struct RunState {
 struct LinkStatusText {
     std::string text;
     std::string toolTip;
+};
+
+// What the close could not put into the track file: the records and notes the disk still
+// refused at the last flush, oldest first, as the file would have held them. The platform
+// decides where they go instead.
+struct CloseOutcome {
+    std::size_t unsavedRecords = 0;
+    std::string unsavedText;
 };
 
 class NavigationCentre : private DataLineSink {
@@ -105,6 +114,11 @@ class NavigationCentre : private DataLineSink {
     // The close: asks "ending trace function". OK flushes the track with the closedown note
     // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
     bool FormUnload();
+    // The close of a run whose dialogs answer OK at once (no windows): the track is flushed
+    // with the closedown note first, and only then is "ending trace function" put, so that a
+    // standard error nobody reads any more cannot stand between the records and the disk.
+    // Returns what the last flush could not write.
+    CloseOutcome CloseUnasked();
 
     // The alarm window's button: the user has read the battery alarm now. The alarm state
     // moves on and the alarm keeps quiet for a while; call it after the check that raised the

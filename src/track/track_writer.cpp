@@ -232,8 +232,8 @@ void TrackWriter::WriteTrack(const std::string& path) {
     // and a directory that refuses writing shows at the start of the run.
     const Status written = files_.AppendDurably(path, bytes);
     if (!written.Ok()) {
-        // A retry after a partial write may repeat what reached the disk: a repeated line is
-        // better than a lost one.
+        // The file system cut back whatever part of the batch reached the file, so the retry
+        // writes the whole batch once.
         carried_ = pending_.size();
         logLines_.push_back("TraceWriteLine " + written.Message() + "; " +
                             std::to_string(pending_.size()) + " records kept for the next write");

@@ -1,8 +1,10 @@
 #include "base/platform/durable_file_system.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <cerrno>
+#include <cstring>
 
 #include <string>
 
@@ -26,17 +28,32 @@ bool WriteAll(int fd, std::string_view bytes) {
 }
 
 // `action` names the write in a failure ("append to", "write"); the reason is the step's errno.
+// With O_APPEND, a write or sync that fails part way is cut back to the file's size before it,
+// so that the caller's retry of the whole batch neither repeats nor splits a record.
 Status WriteAndSync(const std::string& path, std::string_view bytes, int flags,
                     const char* action) {
     const int fd = ::open(path.c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
     if (fd < 0) {
         return Status::FromErrno("open", path, errno);
     }
+    struct stat before {};
+    if ((flags & O_APPEND) != 0 && ::fstat(fd, &before) != 0) {
+        const Status status = Status::FromErrno("open", path, errno);
+        ::close(fd);
+        return status;
+    }
     Status status;
     if (!WriteAll(fd, bytes)) {
         status = Status::FromErrno(action, path, errno);
     } else if (::fdatasync(fd) != 0) {
         status = Status::FromErrno("sync", path, errno);
+    }
+    if (!status.Ok() && (flags & O_APPEND) != 0 && ::ftruncate(fd, before.st_size) != 0) {
+        status = Status::Failure(status.Action(), path,
+                                 status.Reason() +
+                                     "; the part written stays, as it cannot be "
+                                     "cut back (" +
+                                     std::strerror(errno) + ")");
     }
     // A delayed write error may show only at close (on network file systems, for one).
     if (::close(fd) != 0 && status.Ok()) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -156,8 +157,18 @@ void TcpLink::HandleClosed() {
         auto more = splitter_.Feed(std::string_view(chunk, std::size_t(got)));
         std::move(more.begin(), more.end(), std::back_inserter(events));
     }
-    splitter_.Finish();
+    // A server may end its last text with the close instead of an LF; that text was sent whole.
+    const std::optional<std::string> unended = splitter_.Finish();
+    if (unended) {
+        events.push_back(LineEvent{LineEvent::Kind::Line, *unended});
+    }
     for (LineEvent& event : events) {
+        if (unended && &event == &events.back()) {
+            emit unendedLastLine();
+            if (connection != connection_) {
+                return;
+            }
+        }
         if (event.kind == LineEvent::Kind::Line) {
             emit lineReceived(QByteArray::fromStdString(event.text));
         } else {

@@ -7,7 +7,9 @@
 // Reading never holds the event loop for long: at most kMaxBytesPerTurn are handled per turn,
 // the rest in later turns, and the socket buffers at most kReadBufferBytes, so a flooding
 // server is slowed down by TCP instead of filling memory. A line longer than kMaxLineBytes is
-// dropped and reported with lineDropped(). An unfinished line when the link closes is lost.
+// dropped and reported with lineDropped(). A last line without its LF when the server closes
+// is still a line: unendedLastLine() tells of it, then lineReceived() carries it; a close of
+// our own (Close()) drops an unfinished line.
 //
 // Signals are emitted from the event loop; a receiver may call Close() from any of them but
 // must not delete the link there (use deleteLater()). A new attempt after a failure or a close
@@ -58,6 +60,8 @@ class TcpLink : public QObject {
     void lineReceived(const QByteArray& line);
     // A line longer than kMaxLineBytes was dropped.
     void lineDropped();
+    // The server closed the link after a last line without its LF, which follows at once.
+    void unendedLastLine();
     // The server closed the link (or it broke); lines received before it were all delivered.
     void closed();
 

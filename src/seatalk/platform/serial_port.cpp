@@ -139,19 +139,25 @@ Status SeaTalkSerialPort::Open() {
     fd_ = fd;
     notifier_ = new QSocketNotifier(fd_, QSocketNotifier::Read, this);
     connect(notifier_, &QSocketNotifier::activated, this, &SeaTalkSerialPort::ReadAvailable);
-    Q_EMIT logLine(QStringLiteral("SeaTalk port %1 opened: 4800 baud, space parity, 8 data bits")
-                       .arg(device_));
-    if (!refused_.isEmpty()) {
+    // What the device refused comes first, so that no line claims space parity it has not got.
+    if (refused_.isEmpty()) {
+        Q_EMIT logLine(
+            QStringLiteral("SeaTalk port %1 opened: 4800 baud, space parity, 8 data bits")
+                .arg(device_));
+    } else {
         const QString text =
             QStringLiteral(
                 "SeaTalk port %1 refused %2: command bytes cannot be told from data "
                 "bytes, so datagrams may not be recognised")
                 .arg(device_, refused_.join(QStringLiteral(", ")));
-        Q_EMIT logLine(text);
         if (!refusalTold_) {
             refusalTold_ = true;
             Q_EMIT userMessage(text);
+        } else {
+            Q_EMIT logLine(text);
         }
+        Q_EMIT logLine(
+            QStringLiteral("SeaTalk port %1 opened with the settings it kept").arg(device_));
     }
     Q_EMIT opened();
     return {};
@@ -195,9 +201,7 @@ void SeaTalkSerialPort::ReadAvailable() {
 }
 
 void SeaTalkSerialPort::Report(const QString& pattern, const QString& why) {
-    const QString text = pattern.arg(device_, why).arg(retryTimer_.interval() / 1000.0);
-    Q_EMIT logLine(text);
-    Q_EMIT userMessage(text);
+    Q_EMIT userMessage(pattern.arg(device_, why).arg(retryTimer_.interval() / 1000.0));
 }
 
 void SeaTalkSerialPort::Lose(const QString& why) {

@@ -4,10 +4,13 @@
 // raw stream goes out unchanged through bytesReceived(); ParmrkDecoder takes it apart.
 //
 // The device is read when it has bytes (a socket notifier), never blocking the event loop.
-// What goes wrong is told in the log (logLine) and once to the user (userMessage):
+// Each text goes out once, through one signal: userMessage for what the user is to be told
+// (its receiver logs it too, as a run logs every message), logLine for the log alone. What goes
+// wrong is told to the user:
 // - a device that is missing, busy or not permitted: the port keeps trying to open it;
 // - settings the device did not keep (read back after setting them: a pseudo-terminal drops
-//   the parity, some USB adapters refuse space parity): named, and the port runs as it is;
+//   the parity, some USB adapters refuse space parity): named once (the log alone at later
+//   openings), before the line that the port was opened, and the port runs as it is;
 // - a device lost while running (read error, end of file, hang-up: a USB adapter pulled out):
 //   closed and tried again every retry interval, so an adapter that comes back is used again.
 
@@ -61,7 +64,7 @@ class SeaTalkSerialPort : public QObject {
     void Close();
     void ReadAvailable();
     void Lose(const QString& why);
-    // Logs and tells the user `pattern` filled with the device, `why` and the retry seconds.
+    // Tells the user `pattern` filled with the device, `why` and the retry seconds.
     void Report(const QString& pattern, const QString& why);
     void Retry();
 

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QTimer>
@@ -29,7 +30,8 @@
 namespace wakeline {
 namespace {
 
-std::string DefaultLogPath() {
+// The program's state directory, $XDG_STATE_HOME/wakeline (~/.local/state/wakeline by default).
+std::string StateDirectory() {
     const char* state = std::getenv("XDG_STATE_HOME");
     std::string base;
     if (state != nullptr && state[0] == '/') {
@@ -38,7 +40,11 @@ std::string DefaultLogPath() {
         const char* home = std::getenv("HOME");
         base = std::string(home != nullptr ? home : ".") + "/.local/state";
     }
-    return base + "/wakeline/WakelineDebug.txt";
+    return base + "/wakeline";
+}
+
+std::string DefaultLogPath() {
+    return StateDirectory() + "/WakelineDebug.txt";
 }
 
 ProgramInfo ThisProgram() {
@@ -91,6 +97,7 @@ struct HeadlessRun::Parts {
     std::string loggedFailure;  // the last connect failure logged
     std::string drawnPowerStatus;
     bool closing = false;
+    int exitStatus = 0;  // 1 once the run failed: a source that could not be read
 };
 
 HeadlessRun::HeadlessRun(ProgramOptions options, QObject* parent)
@@ -136,11 +143,13 @@ int HeadlessRun::Start() {
                 [this] { parts_->centre.DebugWriteLine("Replay line too long, dropped"); });
         connect(replay, &ReplaySource::finished, this, [this](const QString& problem) {
             if (!problem.isEmpty()) {
+                parts_->exitStatus = 1;
                 parts_->centre.ShowMessage("Replay ended: " + problem.toStdString());
             }
             CloseRun();
         });
         if (!replay->Start()) {
+            parts_->exitStatus = 1;
             parts_->centre.ShowMessage(replay->ErrorText().toStdString());
             CloseRun();
         }
@@ -183,6 +192,10 @@ int HeadlessRun::Start() {
                 [this](const QByteArray& line) { OnDataLine(line, false); });
         connect(link, &TcpLink::lineDropped, this,
                 [this] { parts_->centre.DebugWriteLine("Link line too long, dropped"); });
+        connect(link, &TcpLink::unendedLastLine, this, [this] {
+            parts_->centre.DebugWriteLine(
+                "Link closed after a line without its line end; the line is taken as it is");
+        });
     }
     Draw();
     return -1;
@@ -203,11 +216,13 @@ void HeadlessRun::StartSeaTalk() {
         connect(stream, &SeaTalkReplayStream::finished, this, [this](const QString& problem) {
             parts_->centre.OnSeaTalkEnd();
             if (!problem.isEmpty()) {
+                parts_->exitStatus = 1;
                 parts_->centre.ShowMessage("SeaTalk replay ended: " + problem.toStdString());
             }
             CloseRun();
         });
         if (!stream->Start()) {
+            parts_->exitStatus = 1;
             parts_->centre.ShowMessage("SeaTalk replay cannot be read: " + *options_.seaTalkReplay);
             CloseRun();
         }
@@ -217,6 +232,7 @@ void HeadlessRun::StartSeaTalk() {
         std::make_unique<SeaTalkSerialPort>(QString::fromStdString(options_.serial), this);
     SeaTalkSerialPort* port = parts_->serial.get();
     connect(port, &SeaTalkSerialPort::bytesReceived, this, feed);
+    // A message goes into the log as every message of the run does; the log lines are the rest.
     connect(port, &SeaTalkSerialPort::logLine, this,
             [this](const QString& text) { parts_->centre.DebugWriteLine(text.toStdString()); });
     connect(port, &SeaTalkSerialPort::userMessage, this,
@@ -262,10 +278,13 @@ void HeadlessRun::CloseRun() {
     if (parts_->closing) {
         return;
     }
-    if (!parts_->centre.FormUnload()) {
-        return;
-    }
     parts_->closing = true;
+    // Nobody answers here: the track goes to the disk before a word goes to standard error.
+    const CloseOutcome outcome = parts_->centre.CloseUnasked();
+    if (outcome.unsavedRecords > 0) {
+        SaveUnsaved(outcome);
+        parts_->exitStatus = 1;
+    }
     parts_->timer1.stop();
     if (parts_->replay) {
         parts_->replay->Stop();
@@ -281,8 +300,27 @@ void HeadlessRun::CloseRun() {
     }
     // Queued, so that a close during start-up (a replay that cannot be opened) still ends the
     // event loop that is about to start; exit() before exec() would be lost.
+    const int status = parts_->exitStatus;
     QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+        QCoreApplication::instance(), [status] { QCoreApplication::exit(status); },
+        Qt::QueuedConnection);
+}
+
+void HeadlessRun::SaveUnsaved(const CloseOutcome& outcome) {
+    const std::string dir = StateDirectory();
+    QDir().mkpath(QString::fromStdString(dir));
+    const std::string path =
+        dir + "/unsaved-" + QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss").toStdString() +
+        ".TRT";
+    const std::string count = std::to_string(outcome.unsavedRecords);
+    const Status saved = parts_->files.AppendDurably(path, outcome.unsavedText);
+    if (saved.Ok()) {
+        parts_->centre.ShowMessage("The track file cannot be written: " + count +
+                                   " records were saved to " + path + " instead.");
+    } else {
+        parts_->centre.ShowMessage("The track file cannot be written, and " + count +
+                                   " records are lost: " + saved.Message());
+    }
 }
 
 void HeadlessRun::Draw() {

@@ -1,7 +1,11 @@
 #pragma once
 // A run of the navigation centre without windows: the platform's clock, files, settings and
-// dialogs, the main timer, the chart-plotter link or a replay, the close on SIGINT/SIGTERM
-// or at the end of a replay, and the live display drawn on a terminal.
+// dialogs, the main timer, the chart-plotter link or a replay, the close on SIGINT, SIGTERM or
+// SIGHUP or at the end of a replay, and the live display drawn on a terminal.
+//
+// The run's exit status is 1 when a replay could not be opened or read, or when track records
+// could not be written by the close: those go to $XDG_STATE_HOME/wakeline/unsaved-YYYYMMDD-
+// HHMMSS.TRT (the local time of the close), and a message names the file.
 
 #include <QObject>
 #include <memory>
@@ -9,6 +13,8 @@
 #include "shell/platform/run_options.h"
 
 namespace wakeline {
+
+struct CloseOutcome;
 
 class HeadlessRun : public QObject {
     Q_OBJECT
@@ -27,6 +33,8 @@ class HeadlessRun : public QObject {
     void OnTick();
     void OnDataLine(const QByteArray& line, bool replay);
     void CloseRun();
+    // Records the close could not write go to the state directory instead.
+    void SaveUnsaved(const CloseOutcome& outcome);
     void Draw();
 
     ProgramOptions options_;

@@ -1,5 +1,6 @@
 #include "shell/platform/signal_watcher.h"
 
+#include <fcntl.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 #include <QSocketNotifier>
@@ -13,10 +14,21 @@ sigset_t TerminationSignals() {
     sigemptyset(&mask);
     sigaddset(&mask, SIGINT);
     sigaddset(&mask, SIGTERM);
+    sigaddset(&mask, SIGHUP);
     return mask;
 }
 
 }  // namespace
+
+void KeepStandardStreamsHarmless() {
+    ::signal(SIGPIPE, SIG_IGN);
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        if (::fcntl(fd, F_GETFD) == -1) {
+            // The lowest free number is this one, as the ones below it are open.
+            ::open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
+        }
+    }
+}
 
 void BlockTerminationSignals() {
     const sigset_t mask = TerminationSignals();

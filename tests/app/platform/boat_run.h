@@ -11,6 +11,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace wakeline::testing {
 
@@ -39,6 +40,8 @@ class Boat {
     QString IniPath() const { return dir_.filePath("SeaClear_2.ini"); }
     QString TracesPath() const { return dir_.filePath("traces"); }
     QString LogPath() const { return dir_.filePath("WakelineDebug.txt"); }
+    // $XDG_STATE_HOME/wakeline of the run.
+    QString StatePath() const { return dir_.filePath("state/wakeline"); }
 
     // Every file of the traces directory by name, with its bytes.
     std::map<std::string, std::string> Traces() const {
@@ -67,5 +70,51 @@ class Boat {
   private:
     QTemporaryDir dir_;
 };
+
+// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart), without line end.
+inline std::string DataLine(int index, const std::string& name = "") {
+    std::string fraction = std::to_string(index % 10000);
+    fraction.insert(0, 4 - fraction.size(), '0');
+    return std::to_string(55 + index / 10000) + "." + fraction +
+           ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
+           ",,,,,,," +
+           name;
+}
+
+// Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
+// `prefix`, in order, without the CR LF that the link adds (one space in the log, whose
+// records are one line each).
+inline std::vector<std::string> HandledLines(const std::string& log, const std::string& prefix) {
+    std::vector<std::string> lines;
+    const std::string mark = "lblDDE_LinkNotify " + prefix;
+    for (std::size_t at = log.find(mark); at != std::string::npos; at = log.find(mark, at)) {
+        at += mark.size() - prefix.size();
+        std::string line = log.substr(at, log.find("\r\n", at) - at);
+        if (line.ends_with(' ')) {
+            line.pop_back();
+        }
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+// The track records of the traces directory whose data lines start with `prefix`, in file
+// order, without their stamps.
+inline std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
+    std::vector<std::string> lines;
+    for (const auto& [name, bytes] : boat.Traces()) {
+        if (!name.ends_with(".TRT")) {
+            continue;
+        }
+        for (std::size_t at = 0, end; (end = bytes.find("\r\n", at)) != std::string::npos;
+             at = end + 2) {
+            const std::string record = bytes.substr(at, end - at);
+            if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
+                lines.push_back(record.substr(21));
+            }
+        }
+    }
+    return lines;
+}
 
 }  // namespace wakeline::testing

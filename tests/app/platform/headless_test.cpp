@@ -1,5 +1,4 @@
-// The `wakeline` program run headless as a user would: without its settings, with a replay that
-// cannot be opened, on a low battery; and its battery alarm, which has no window.
+// The `wakeline` program run headless as a user would: without its settings, on a low battery.
 
 #include <gtest/gtest.h>
 
@@ -26,15 +25,6 @@ TEST(Headless, WithoutItsSettingsFileTheRunFails) {
     EXPECT_NE(process.exitCode(), 0);
     EXPECT_TRUE(
         process.readAllStandardError().contains("Cannot start, no seaclear inifile found:"));
-}
-
-TEST(Headless, AReplayThatCannotBeOpenedEndsTheRun) {
-    testing::Boat boat({"DDE=1"});
-    QProcess process;
-    boat.Start(process, {"--replay", boat.TracesPath() + "/none.txt"});
-    ASSERT_TRUE(process.waitForFinished(10000));
-    EXPECT_EQ(process.exitCode(), 0);
-    EXPECT_TRUE(process.readAllStandardError().contains("cannot open"));
 }
 
 TEST(Headless, ALowBatteryIsReportedOnceAndCountsAsNoticed) {

@@ -19,16 +19,6 @@
 namespace wakeline::testing {
 namespace {
 
-// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart), without line end.
-std::string DataLine(int index, const std::string& name = "") {
-    std::string fraction = std::to_string(index % 10000);
-    fraction.insert(0, 4 - fraction.size(), '0');
-    return std::to_string(55 + index / 10000) + "." + fraction +
-           ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
-           ",,,,,,," +
-           name;
-}
-
 // The stand-in chart plotter's end of the link, once the program has connected to `server`;
 // null when it did not.
 QTcpSocket* Accept(QTcpServer& server) {
@@ -40,42 +30,6 @@ QTcpSocket* Accept(QTcpServer& server) {
 bool Send(QTcpSocket* peer, const std::string& bytes) {
     peer->write(bytes.data(), qint64(bytes.size()));
     return WaitUntil([&] { return peer->bytesToWrite() == 0; });
-}
-
-// Every data line the program handled (the log's "lblDDE_LinkNotify " lines) that starts with
-// `prefix`, in order, without the CR LF that the link adds (one space in the log, whose
-// records are one line each).
-std::vector<std::string> HandledLines(const std::string& log, const std::string& prefix) {
-    std::vector<std::string> lines;
-    const std::string mark = "lblDDE_LinkNotify " + prefix;
-    for (std::size_t at = log.find(mark); at != std::string::npos; at = log.find(mark, at)) {
-        at += mark.size() - prefix.size();
-        std::string line = log.substr(at, log.find("\r\n", at) - at);
-        if (line.ends_with(' ')) {
-            line.pop_back();
-        }
-        lines.push_back(std::move(line));
-    }
-    return lines;
-}
-
-// The track records of the traces directory whose data lines start with `prefix`, in file
-// order, without their stamps.
-std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
-    std::vector<std::string> lines;
-    for (const auto& [name, bytes] : boat.Traces()) {
-        if (!name.ends_with(".TRT")) {
-            continue;
-        }
-        for (std::size_t at = 0, end; (end = bytes.find("\r\n", at)) != std::string::npos;
-             at = end + 2) {
-            const std::string record = bytes.substr(at, end - at);
-            if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
-                lines.push_back(record.substr(21));
-            }
-        }
-    }
-    return lines;
 }
 
 bool Finished(QProcess& process, int ms = 10000) {
@@ -109,7 +63,8 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     ASSERT_TRUE(plotter.listen(QHostAddress::LocalHost, port));
     QTcpSocket* peer = Accept(plotter);
     ASSERT_NE(peer, nullptr);
-    ASSERT_TRUE(Send(peer, DataLine(0) + "\n" + DataLine(1) + "\n"));
+    // The last line has no LF: the close ends it.
+    ASSERT_TRUE(Send(peer, DataLine(0) + "\n" + DataLine(1) + "\n" + DataLine(2)));
     ASSERT_TRUE(
         WaitUntil([&] { return HandledLines(ReadFileBytes(boat_.LogPath()), "55.").size() == 2; }));
     plotter.close();  // the chart plotter is closed: no one listens any more
@@ -129,7 +84,9 @@ TEST_F(LinkRun, APlotterStartedLateIsWaitedForAndItsClosingEndsTheVoyage) {
     EXPECT_LT(first, up);
     EXPECT_EQ(log.find(refused, first + 1), log.rfind(refused));
     EXPECT_GT(log.rfind(refused), up);
-    const std::vector<std::string> expected = {DataLine(0), DataLine(1)};
+    EXPECT_LT(log.find("Link closed after a line without its line end"),
+              log.find("lblDDE_LinkNotify " + DataLine(2)));
+    const std::vector<std::string> expected = {DataLine(0), DataLine(1), DataLine(2)};
     EXPECT_EQ(HandledLines(log, "55."), expected);
     EXPECT_EQ(RecordedLines(boat_, "55."), expected);
 }

@@ -39,9 +39,15 @@ TEST(SeaTalkSerialPort, SetsThePortUpAndTellsWhatAPtyRefuses) {
 
     SeaTalkSerialPort port(link);
     port.SetRetryInterval(50);
-    std::vector<QString> told;  // the messages for the user
-    QObject::connect(&port, &SeaTalkSerialPort::userMessage,
-                     [&](const QString& text) { told.push_back(text); });
+    // Messages for the user and log lines in the order given out; a run logs its messages, so
+    // each text must come through one of the two only.
+    std::vector<QString> told, messages;
+    QObject::connect(&port, &SeaTalkSerialPort::userMessage, [&](const QString& text) {
+        messages.push_back(text);
+        told.push_back("message: " + text);
+    });
+    QObject::connect(&port, &SeaTalkSerialPort::logLine,
+                     [&](const QString& text) { told.push_back("log: " + text); });
     ASSERT_TRUE(port.Start().Ok());
 
     termios t{};
@@ -54,22 +60,27 @@ TEST(SeaTalkSerialPort, SetsThePortUpAndTellsWhatAPtyRefuses) {
     EXPECT_EQ(cfgetispeed(&t), speed_t(B4800));
 
     // The kernel clears PARENB on a pty: told once, naming the device and the setting.
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_TRUE(told[0].contains(link));
+    // The refusal comes before the line that the port was opened, which claims no space parity.
+    ASSERT_EQ(told.size(), 2u);
+    EXPECT_TRUE(told[0].startsWith("message: SeaTalk port " + link + " refused "));
     EXPECT_TRUE(told[0].contains(QStringLiteral("space parity (PARENB)")));
+    EXPECT_EQ(told[1], "log: SeaTalk port " + link + " opened with the settings it kept");
 
     // The device goes away: told once, then opened again when it is back.
     pty.reset();
-    ASSERT_TRUE(testing::WaitUntil([&] { return told.size() == 2; }));
+    ASSERT_TRUE(testing::WaitUntil([&] { return messages.size() == 2; }));
     EXPECT_FALSE(port.IsOpen());
-    EXPECT_TRUE(told[1].contains(QStringLiteral("was lost")));
+    EXPECT_TRUE(messages[1].contains(QStringLiteral("was lost")));
 
     const Pty back;
     ASSERT_FALSE(back.slave.empty());
     ::unlink(link.toLocal8Bit().constData());
     ASSERT_EQ(::symlink(back.slave.c_str(), link.toLocal8Bit().constData()), 0);
     ASSERT_TRUE(testing::WaitUntil([&] { return port.IsOpen(); }));
-    EXPECT_EQ(told.size(), 2u);  // the refusal was told already
+    EXPECT_EQ(messages.size(), 2u);  // the refusal was told already: the log alone has it
+    ASSERT_EQ(told.size(), 5u);
+    EXPECT_TRUE(told[3].startsWith("log: SeaTalk port " + link + " refused "));
+    EXPECT_TRUE(told[4].contains(" opened "));
     port.Stop();
 }
 
