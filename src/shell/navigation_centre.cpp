@@ -73,8 +73,16 @@ void NavigationCentre::ReadUserSettings() {
     state_.FormWidth = services_.window.Width();
     StoreSetting("FormWidth", std::to_string(state_.FormWidth));
 
+    state_.NightPalette = ReadOptionalFlag("NightPalette");
+    state_.StayOnTop = ReadOptionalFlag("StayOnTop");
+
     services_.window.SetHeight(0);
     state_.CaptionHeight = services_.window.Height();
+}
+
+bool NavigationCentre::ReadOptionalFlag(const char* key) const {
+    const auto stored = services_.settings.Get(kSettingsSection, key);
+    return stored && UpperCase(*stored) == "TRUE";
 }
 
 void NavigationCentre::ParseCommandLine() {
@@ -129,6 +137,7 @@ void NavigationCentre::DDEInit() {
     }
     linkStatus_.toolTip = kDdeToolTip;
     InitFieldTable(fieldTable_);
+    LayOut();
     log_.DebugWriteLine("DDEInit prepared strings");
 }
 
@@ -260,6 +269,8 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     power_.StartWithSoundCheck();
     ChooseDataSource();
     displayMark_ = 999.0F;
+    // The window opens showing the rows a first line will show, not its caption alone.
+    services_.window.SetHeight(state_.CaptionHeight + layout_.ContentHeight(kFieldSpd));
     log_.DebugWriteLine("Form_Load complete");
     return true;
 }
@@ -287,6 +298,9 @@ LinkNotification NavigationCentre::OnLinkLine(std::string_view itemText) {
     LinkNotification notification =
         link_.OnNotification(itemText, clock_.NowUtc(), !files_.TrackDir.empty(), *this);
     linkStatus_.text = notification.statusText;
+    if (notification.layOutAgain) {
+        LayOut();
+    }
     return notification;
 }
 
@@ -312,8 +326,13 @@ bool NavigationCentre::TraceDisplayLine(const std::string& line) {
     }
     if (!lastDisplay_.Displayed()) {
         log_.DebugWriteLine(lastDisplay_.error);
+        return false;
     }
-    return lastDisplay_.Displayed();
+    // The waypoint rows show only while a waypoint value arrives.
+    services_.window.SetHeight(
+        state_.CaptionHeight +
+        layout_.ContentHeight(static_cast<std::size_t>(lastDisplay_.lastRow)));
+    return true;
 }
 
 void NavigationCentre::TraceWriteLine(const std::string& line, bool force) {
@@ -347,7 +366,65 @@ void NavigationCentre::HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& even
         seaTalkLineTime_ = event.busTime;
         HandleDataLine(event.line);
         linkStatus_.text = event.timeStamp;
+        linkStatus_.colour = 255;
+        LayOut();
     }
+}
+
+void NavigationCentre::LayOut() {
+    layout_.TextWidthSize(services_.window.Width(), state_.SetLogData,
+                          link_.StatusLabelHeight().value_or(DisplayLayout::kStatusStartHeight));
+}
+
+void NavigationCentre::FormResize() {
+    const int width = services_.window.Width();
+    const int resized = DisplayLayout::ResizedWidth(width);
+    if (resized != width) {
+        services_.window.SetWidth(resized);
+    }
+    state_.FormWidth = resized;
+    StoreSetting("FormWidth", std::to_string(resized));
+    LayOut();
+}
+
+void NavigationCentre::CmdLog() {
+    const std::optional<std::string> text =
+        dialogs_.AskText("Enter log Information", services_.program.title);
+    if (text && !text->empty()) {
+        track_.TraceWriteLine(*text, true);
+    }
+}
+
+HelpContent NavigationCentre::Help() const {
+    const ProgramInfo& program = services_.program;
+    HelpInput input;
+    input.title = program.title;
+    input.version = std::to_string(program.major) + "." + std::to_string(program.minor) + "." +
+                    std::to_string(program.revision);
+    input.programDir = program.programDir;
+    input.programName = program.programName;
+    input.dataDir = program.dataDir;
+    input.homepage = program.homepage;
+    input.iniPath = files_.IniPath;
+    input.trackDir = files_.TrackDir;
+    input.traceOn = state_.TraceOn;
+    input.seaClearExe = files_.SeaClearExe;
+    input.commandLine = commandLine_;
+    input.trackTime = files_.Ini.TrackTime;
+    input.trackCompDev = files_.Ini.TrackCompDev;
+    input.trackDistance = files_.Ini.TrackDistance;
+    input.diskWriteInterval = state_.DiskWriteInterval;
+    return MakeHelpContent(input, services_.files);
+}
+
+void NavigationCentre::SetNightPalette(bool on) {
+    state_.NightPalette = on;
+    StoreSetting("NightPalette", BoolText(on));
+}
+
+void NavigationCentre::SetStayOnTop(bool on) {
+    state_.StayOnTop = on;
+    StoreSetting("StayOnTop", BoolText(on));
 }
 
 bool NavigationCentre::FormUnload() {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "base/clock.h"
 #include "base/diagnostic_log.h"
 #include "display/display_computation.h"
+#include "display/display_layout.h"
 #include "livedata/chart_plotter_link.h"
 #include "livedata/field_table.h"
 #include "performance/performance_tables.h"
@@ -21,6 +23,7 @@
 #include "power/power_monitor.h"
 #include "seatalk/seatalk_input.h"
 #include "shell/configuration.h"
+#include "shell/help_content.h"
 #include "shell/logged_dialogs.h"
 #include "shell/platform_services.h"
 #include "track/track_writer.h"
@@ -33,7 +36,9 @@ struct RunState {
     // Per-user settings.
     bool SetSoundLoud = false;
     bool SetLogData = false;
-    int FormWidth = 4000;  // twips
+    int FormWidth = 4000;       // twips
+    bool NightPalette = false;  // dark window with red text for night watches
+    bool StayOnTop = false;     // the window stays above the chart plotter
     // Command line.
     std::int16_t DebugMode = 0;
     std::int16_t SeaTalkMode = 0;
@@ -53,6 +58,9 @@ struct RunState {
 struct LinkStatusText {
     std::string text;
     std::string toolTip;
+    // The text's colour as blue x 65536 + green x 256 + red; empty for the window's own.
+    // SeaTalk lines make it 255, pure red.
+    std::optional<std::uint32_t> colour;
 };
 
 // What the close could not put into the track file: the records and notes the disk still
@@ -120,6 +128,18 @@ class NavigationCentre : private DataLineSink {
     // Returns what the last flush could not write.
     CloseOutcome CloseUnasked();
 
+    // Form_Resize: the window's width changed. A width below the minimum is set back to it;
+    // the width is remembered as FormWidth and everything laid out again for it.
+    void FormResize();
+    // cmdLog: asks "Enter log Information"; a text that is not empty goes into the track as a
+    // note, which flushes the pending records. An empty answer or Cancel does nothing.
+    void CmdLog();
+    // What the help window shows (cmdHelp).
+    HelpContent Help() const;
+    // The window's own settings, remembered for the next start.
+    void SetNightPalette(bool on);
+    void SetStayOnTop(bool on);
+
     // The alarm window's button: the user has read the battery alarm now. The alarm state
     // moves on and the alarm keeps quiet for a while; call it after the check that raised the
     // alarm has ended.
@@ -135,6 +155,8 @@ class NavigationCentre : private DataLineSink {
     const std::string& CommandLine() const { return commandLine_; }
     const std::string& Caption() const { return caption_; }
     const LinkStatusText& LinkStatus() const { return linkStatus_; }
+    // The main window's layout as the last textWidthSize left it.
+    const DisplayLayout& Layout() const { return layout_; }
     const ChartPlotterLink& Link() const { return link_; }
     // The track records not yet written.
     const TrackWriter& Track() const { return track_; }
@@ -151,6 +173,8 @@ class NavigationCentre : private DataLineSink {
   private:
     void ReadUserSettings();
     bool ReadFlagSetting(const char* key);
+    // A flag of the window's own, read without writing it back: absent means false.
+    bool ReadOptionalFlag(const char* key) const;
     // Writes a per-user setting back; the first failure is kept for the log.
     void StoreSetting(const char* key, const std::string& value);
     void ParseCommandLine();
@@ -158,6 +182,8 @@ class NavigationCentre : private DataLineSink {
     void ChooseDataSource();
     void LoadPolarTables();
     void LoadWindHistory();
+    // textWidthSize for the window's current width.
+    void LayOut();
     void HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& events);
     // The road of a new data line: the display, then (when recorded) the track.
     bool TraceDisplayLine(const std::string& line) override;
@@ -173,6 +199,7 @@ class NavigationCentre : private DataLineSink {
     std::string commandLine_;
     std::string caption_;
     LinkStatusText linkStatus_;
+    DisplayLayout layout_;
     ChartPlotterLink link_;
     PerformanceTables performance_;
     TableLookup tableLookup_{performance_};

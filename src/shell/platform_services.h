@@ -48,7 +48,10 @@ struct ProgramInfo {
     int major = 0;
     int minor = 0;
     int revision = 0;
-    std::string programDir;  // directory of the running executable, no trailing "/"
+    std::string programDir;   // directory of the running executable, no trailing "/"
+    std::string programName;  // the executable's file name
+    std::string dataDir;      // the installed data directory (help text), empty when none
+    std::string homepage;     // the project's web address
 };
 
 struct PlatformServices {

@@ -36,7 +36,14 @@ struct Boat {
     }
 
     NavigationCentre& Start(const std::string& commandLine) {
-        const ProgramInfo program{"Wakeline", 1, 1, 35, "/opt/wakeline"};
+        const ProgramInfo program{"Wakeline",
+                                  1,
+                                  1,
+                                  35,
+                                  "/opt/wakeline",
+                                  "wakeline",
+                                  "/usr/share/wakeline",
+                                  "https://wakeline.org"};
         centre = std::make_unique<NavigationCentre>(
             PlatformServices{clock, files, dialogs, settings, frame, programs, battery, alarm,
                              program, kLogPath, dialogsIntoLog});

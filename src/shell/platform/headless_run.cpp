@@ -54,6 +54,10 @@ ProgramInfo ThisProgram() {
     program.minor = WAKELINE_VERSION_MINOR;
     program.revision = WAKELINE_VERSION_PATCH;
     program.programDir = QCoreApplication::applicationDirPath().toStdString();
+    program.programName =
+        QFileInfo(QCoreApplication::applicationFilePath()).fileName().toStdString();
+    program.dataDir = WAKELINE_DATA_DIR;
+    program.homepage = WAKELINE_HOMEPAGE;
     return program;
 }
 
