@@ -14,8 +14,6 @@
 
 namespace wakeline {
 
-struct CloseOutcome;
-
 class HeadlessRun : public QObject {
     Q_OBJECT
   public:
@@ -29,12 +27,8 @@ class HeadlessRun : public QObject {
 
   private:
     struct Parts;
-    void StartSeaTalk();
     void OnTick();
-    void OnDataLine(const QByteArray& line, bool replay);
     void CloseRun();
-    // Records the close could not write go to the state directory instead.
-    void SaveUnsaved(const CloseOutcome& outcome);
     void Draw();
 
     ProgramOptions options_;

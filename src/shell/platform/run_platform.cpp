@@ -1,0 +1,66 @@
+#include "shell/platform/run_platform.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <cstdlib>
+
+#include "base/file_system.h"
+#include "shell/navigation_centre.h"
+#include "wakeline_version.h"
+
+namespace wakeline {
+
+ProgramInfo ThisProgram() {
+    ProgramInfo program;
+    program.title = WAKELINE_TITLE;
+    program.major = WAKELINE_VERSION_MAJOR;
+    program.minor = WAKELINE_VERSION_MINOR;
+    program.revision = WAKELINE_VERSION_PATCH;
+    program.programDir = QCoreApplication::applicationDirPath().toStdString();
+    program.programName =
+        QFileInfo(QCoreApplication::applicationFilePath()).fileName().toStdString();
+    program.dataDir = WAKELINE_DATA_DIR;
+    program.homepage = WAKELINE_HOMEPAGE;
+    return program;
+}
+
+std::string StateDirectory() {
+    const char* state = std::getenv("XDG_STATE_HOME");
+    std::string base;
+    if (state != nullptr && state[0] == '/') {
+        base = state;
+    } else {
+        const char* home = std::getenv("HOME");
+        base = std::string(home != nullptr ? home : ".") + "/.local/state";
+    }
+    return base + "/wakeline";
+}
+
+std::string PrepareLogPath(const std::optional<std::string>& given) {
+    const std::string path = given.value_or(StateDirectory() + "/WakelineDebug.txt");
+    // Made up front; whether anything is written is the command line's choice. A directory
+    // that cannot be made only costs the log lines.
+    QDir().mkpath(QFileInfo(QString::fromStdString(path)).absolutePath());
+    return path;
+}
+
+void SaveUnsaved(const CloseOutcome& outcome, FileSystem& files, NavigationCentre& centre) {
+    const std::string dir = StateDirectory();
+    QDir().mkpath(QString::fromStdString(dir));
+    const std::string path =
+        dir + "/unsaved-" + QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss").toStdString() +
+        ".TRT";
+    const std::string count = std::to_string(outcome.unsavedRecords);
+    const Status saved = files.AppendDurably(path, outcome.unsavedText);
+    if (saved.Ok()) {
+        centre.ShowMessage("The track file cannot be written: " + count +
+                           " records were saved to " + path + " instead.");
+    } else {
+        centre.ShowMessage("The track file cannot be written, and " + count +
+                           " records are lost: " + saved.Message());
+    }
+}
+
+}  // namespace wakeline
