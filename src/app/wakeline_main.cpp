@@ -1,7 +1,9 @@
 // wakeline: the navigation centre. main() only reads the options and starts the run.
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -9,7 +11,23 @@
 #include "app/program_options.h"
 #include "shell/platform/headless_run.h"
 #include "shell/platform/signal_watcher.h"
+#include "shell/window/window_run.h"
 #include "wakeline_version.h"
+
+namespace {
+
+// A window needs a display: a Wayland or X server, or a Qt platform chosen by hand (offscreen).
+bool HasDisplay() {
+    for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
+        const char* value = std::getenv(name);
+        if (value != nullptr && value[0] != '\0') {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     // Before any thread exists, so that every thread inherits the blocked signals, and before
@@ -30,10 +48,17 @@ int main(int argc, char** argv) {
         std::printf("%s %s\n", WAKELINE_TITLE, WAKELINE_VERSION_TEXT);
         return 0;
     }
+    if (!options.headless && HasDisplay()) {
+        QApplication app(argc, argv);
+        wakeline::WindowRun run(options);
+        const int status = run.Start();
+        return status >= 0 ? status : QApplication::exec();
+    }
     if (!options.headless) {
-        // The words were understood; what is missing is this build's window.
-        std::fputs("wakeline: this build has no window yet; start it with --headless\n", stderr);
-        return wakeline::kExitFailed;
+        std::fputs(
+            "wakeline: no display ($WAYLAND_DISPLAY and $DISPLAY are not set): running "
+            "headless, messages go to standard error\n",
+            stderr);
     }
     QCoreApplication app(argc, argv);
     wakeline::HeadlessRun run(options);

@@ -37,10 +37,10 @@ void DisplayLayout::TextWidthSize(int width, bool logButtonVisible, int statusHe
         value.left = code.Right();
         value.width = width - kMargin - value.left;
     } else if (width == kMinimumWidth) {
-        // The narrowest window gives the values its whole width, margins included: they are
-        // what a sailor reads from across the cabin.
-        value.left = 0;
-        value.width = width;
+        // The narrowest window gives the values the margins but a gap: they are what a sailor
+        // reads from across the cabin, and a long position needs all of it.
+        value.left = kGap;
+        value.width = width - 2 * kGap;
     } else {
         value.width = inner;
     }

@@ -270,7 +270,7 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
     ChooseDataSource();
     displayMark_ = 999.0F;
     // The window opens showing the rows a first line will show, not its caption alone.
-    services_.window.SetHeight(state_.CaptionHeight + layout_.ContentHeight(kFieldSpd));
+    FitHeight();
     log_.DebugWriteLine("Form_Load complete");
     return true;
 }
@@ -329,9 +329,8 @@ bool NavigationCentre::TraceDisplayLine(const std::string& line) {
         return false;
     }
     // The waypoint rows show only while a waypoint value arrives.
-    services_.window.SetHeight(
-        state_.CaptionHeight +
-        layout_.ContentHeight(static_cast<std::size_t>(lastDisplay_.lastRow)));
+    shownLastRow_ = static_cast<std::size_t>(lastDisplay_.lastRow);
+    FitHeight();
     return true;
 }
 
@@ -385,6 +384,15 @@ void NavigationCentre::FormResize() {
     state_.FormWidth = resized;
     StoreSetting("FormWidth", std::to_string(resized));
     LayOut();
+    // A narrower window may wrap the buttons and move the rows down: the height follows.
+    FitHeight();
+}
+
+void NavigationCentre::FitHeight() {
+    const int height = state_.CaptionHeight + layout_.ContentHeight(shownLastRow_);
+    if (services_.window.Height() != height) {
+        services_.window.SetHeight(height);
+    }
 }
 
 void NavigationCentre::CmdLog() {

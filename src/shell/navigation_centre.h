@@ -184,6 +184,8 @@ class NavigationCentre : private DataLineSink {
     void LoadWindHistory();
     // textWidthSize for the window's current width.
     void LayOut();
+    // The window's height for the rows up to the last one shown.
+    void FitHeight();
     void HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& events);
     // The road of a new data line: the display, then (when recorded) the track.
     bool TraceDisplayLine(const std::string& line) override;
@@ -200,6 +202,7 @@ class NavigationCentre : private DataLineSink {
     std::string caption_;
     LinkStatusText linkStatus_;
     DisplayLayout layout_;
+    std::size_t shownLastRow_ = kFieldSpd;  // the last row the window shows
     ChartPlotterLink link_;
     PerformanceTables performance_;
     TableLookup tableLookup_{performance_};

@@ -1,0 +1,267 @@
+#include "shell/window/window_run.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <cstdio>
+
+#include "base/platform/durable_file_system.h"
+#include "base/platform/qt_settings_store.h"
+#include "base/platform/system_clock.h"
+#include "display/window/main_window.h"
+#include "display/window/twips.h"
+#include "livedata/platform/program_launcher.h"
+#include "power/platform/system_battery.h"
+#include "shell/navigation_centre.h"
+#include "shell/platform/headless_power_alarm.h"
+#include "shell/platform/run_platform.h"
+#include "shell/platform/run_sources.h"
+#include "shell/platform/signal_watcher.h"
+#include "shell/window/help_window.h"
+#include "shell/window/message_box_dialogs.h"
+
+namespace wakeline {
+namespace {
+
+// The main window as start-up sees it: sizes in twips by the screen's logical dots per inch.
+class WindowFrame : public MainWindowFrame {
+  public:
+    explicit WindowFrame(MainWindow& window) : window_(window) {}
+    void SetWidth(int twips) override {
+        window_.resize(TwipsToPixels(twips, window_.Dpi()), window_.height());
+    }
+    int Width() const override { return PixelsToTwips(window_.width(), window_.Dpi()); }
+    void SetHeight(int twips) override {
+        window_.resize(window_.width(), TwipsToPixels(twips, window_.Dpi()));
+    }
+    int Height() const override { return PixelsToTwips(window_.height(), window_.Dpi()); }
+    void SetCaption(const std::string& caption) override {
+        window_.setWindowTitle(
+            QString::fromLatin1(caption.data(), static_cast<qsizetype>(caption.size())));
+    }
+
+  private:
+    MainWindow& window_;
+};
+
+}  // namespace
+
+struct WindowRun::Parts {
+    Parts(const std::string& logPath, const ProgramOptions& options, UserDialogs* override)
+        : boxes(QStringLiteral("Wakeline")),
+          frame(window),
+          battery(options.powerSupply),
+          centre(PlatformServices{clock, files, override != nullptr ? *override : boxes, settings,
+                                  frame, launcher, battery, alarm, ThisProgram(), logPath,
+                                  /*dialogsIntoLog=*/true}),
+          sources(centre, options) {
+        battery.SetFailureReport([this](const Status& failure) {
+            centre.DebugWriteLine("Battery: " + failure.Message());
+        });
+    }
+
+    SystemClock clock;
+    DurableFileSystem files;
+    MessageBoxDialogs boxes;
+    QtSettingsStore settings;
+    MainWindow window;
+    WindowFrame frame;
+    ProgramLauncher launcher;
+    SystemBattery battery;
+    // Until the alarm window comes, an alarm is a message box and counts as read once shown.
+    HeadlessPowerAlarm alarm;
+    NavigationCentre centre;
+    RunSources sources;
+    SignalWatcher termination;
+    QPointer<HelpWindow> help;
+    std::uint64_t appliedLayout = 0;
+    bool resizing = false;
+    bool asking = false;  // "ending trace function" is on the screen
+    bool closed = false;
+};
+
+WindowRun::WindowRun(ProgramOptions options, UserDialogs* dialogs, QObject* parent)
+    : QObject(parent), options_(std::move(options)), dialogsOverride_(dialogs) {}
+
+WindowRun::~WindowRun() = default;
+
+MainWindow& WindowRun::Window() {
+    return parts_->window;
+}
+
+NavigationCentre& WindowRun::Centre() {
+    return parts_->centre;
+}
+
+MessageBoxDialogs& WindowRun::MessageBoxes() {
+    return parts_->boxes;
+}
+
+int WindowRun::Start() {
+    const auto endpoint = ParseLinkEndpoint(options_.link);
+    if (!endpoint) {
+        std::fprintf(stderr, "wakeline: --link needs HOST:PORT, not '%s'\n", options_.link.c_str());
+        return 2;
+    }
+    parts_ = std::make_unique<Parts>(PrepareLogPath(options_.logPath), options_, dialogsOverride_);
+    NavigationCentre& centre = parts_->centre;
+    MainWindow& window = parts_->window;
+    window.setMinimumWidth(TwipsToPixels(DisplayLayout::kMinimumWidth, window.Dpi()));
+    if (options_.replay) {
+        centre.UseReplay();
+    }
+    parts_->resizing = true;  // start-up sizes the window itself
+    const bool loaded = centre.FormLoad(options_.commandLine);
+    parts_->resizing = false;
+    if (!loaded) {
+        parts_->boxes.WaitForOpenMessages();
+        return 1;
+    }
+    parts_->boxes.SetParentWindow(&window);
+
+    window.SetFields(centre.Fields());
+    window.SetNight(centre.State().NightPalette);
+    window.SetStayOnTop(centre.State().StayOnTop);
+    if (centre.State().TablesLocked) {
+        window.SetCommandEnabled(CommandButton::Tab, false,
+                                 "The tables are locked by the command line");
+    } else {
+        window.SetCommandEnabled(CommandButton::Tab, false,
+                                 "The tables editor comes with a later version");
+    }
+    window.SetCommandEnabled(CommandButton::Wind, false,
+                             "The wind graph comes with a later version");
+    window.SetCloseHandler([this] { return AskToClose(); });
+    connect(&window, &MainWindow::commandClicked, this,
+            [this](CommandButton button) { OnCommand(static_cast<int>(button)); });
+    connect(&window, &MainWindow::resized, this, [this] { OnResized(); });
+    connect(&window, &MainWindow::nightToggled, this,
+            [this](bool on) { parts_->centre.SetNightPalette(on); });
+    connect(&window, &MainWindow::stayOnTopToggled, this,
+            [this](bool on) { parts_->centre.SetStayOnTop(on); });
+    connect(&parts_->termination, &SignalWatcher::terminationRequested, this,
+            [this] { CloseUnasked(); });
+
+    RunSources& sources = parts_->sources;
+    connect(&sources, &RunSources::changed, this, [this] { Refresh(); });
+    connect(&sources, &RunSources::ticked, this, [this] {
+        if (const auto alarm = parts_->alarm.TakeRaised()) {
+            if (!alarm->empty()) {
+                parts_->centre.ShowMessage(*alarm);
+            }
+            parts_->centre.AcknowledgeAlarm();
+        }
+        Refresh();
+    });
+    // The window stays when the data end: the sailor closes it.
+    connect(&sources, &RunSources::sourceEnded, this, [this] { Refresh(); });
+    connect(&sources, &RunSources::linkLostAfterData, this, [this] { parts_->window.close(); });
+
+    Refresh();
+    window.show();
+    sources.Start(*endpoint);
+    return -1;
+}
+
+void WindowRun::OnCommand(int button) {
+    switch (static_cast<CommandButton>(button)) {
+        case CommandButton::Help:
+            OpenHelp();
+            break;
+        case CommandButton::Log:
+            parts_->centre.CmdLog();
+            break;
+        case CommandButton::Tab:
+        case CommandButton::Wind:
+            break;
+    }
+}
+
+HelpWindow* WindowRun::OpenHelp() {
+    if (!parts_->help) {
+        parts_->help = new HelpWindow(parts_->centre.Help(), &parts_->window);
+    }
+    parts_->help->show();
+    parts_->help->raise();
+    return parts_->help;
+}
+
+void WindowRun::OnResized() {
+    if (parts_->resizing || parts_->closed) {
+        return;
+    }
+    parts_->resizing = true;
+    parts_->centre.FormResize();
+    parts_->resizing = false;
+    Refresh();
+}
+
+void WindowRun::Refresh() {
+    if (parts_->closed) {
+        return;
+    }
+    const NavigationCentre& centre = parts_->centre;
+    MainWindow& window = parts_->window;
+    if (centre.Layout().Generation() != parts_->appliedLayout) {
+        parts_->appliedLayout = centre.Layout().Generation();
+        window.ApplyGeometry(centre.Layout().Geometry());
+    }
+    window.ShowCaptions(centre.Display().Captions());
+    window.ShowStatus(centre.LinkStatus().text, centre.LinkStatus().toolTip,
+                      centre.LinkStatus().colour);
+    window.ShowPowerStatus(centre.Power().StatusText());
+}
+
+bool WindowRun::AskToClose() {
+    if (parts_->closed) {
+        return true;
+    }
+    if (parts_->asking) {
+        return false;  // the question is open already; a lost link asks only once
+    }
+    parts_->asking = true;
+    const bool ok = parts_->centre.FormUnload();
+    parts_->asking = false;
+    if (!ok || parts_->closed) {
+        return ok;  // Cancel: the run goes on
+    }
+    Finish(/*askedUser=*/true);
+    return true;
+}
+
+void WindowRun::CloseUnasked() {
+    if (parts_->closed) {
+        return;
+    }
+    parts_->centre.CloseUnasked();
+    Finish(/*askedUser=*/false);
+    parts_->window.close();
+}
+
+void WindowRun::Finish(bool askedUser) {
+    parts_->closed = true;
+    parts_->sources.Stop();
+    int status = parts_->sources.ExitStatus();
+    CloseOutcome unsaved;
+    for (const std::string& entry : parts_->centre.Track().PendingRecords()) {
+        ++unsaved.unsavedRecords;
+        unsaved.unsavedText += entry;
+    }
+    if (unsaved.unsavedRecords > 0) {
+        SaveUnsaved(unsaved, parts_->files, parts_->centre);
+        status = 1;
+    }
+    if (parts_->help) {
+        parts_->help->close();
+    }
+    // The sailor who closed the window reads where the records went; a signal's close has
+    // nobody to wait for.
+    if (askedUser && unsaved.unsavedRecords > 0) {
+        parts_->boxes.SetParentWindow(nullptr);
+        parts_->boxes.WaitForOpenMessages();
+    }
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [status] { QCoreApplication::exit(status); },
+        Qt::QueuedConnection);
+}
+
+}  // namespace wakeline
