@@ -373,6 +373,8 @@ void NavigationCentre::HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& even
 void NavigationCentre::LayOut() {
     layout_.TextWidthSize(services_.window.Width(), state_.SetLogData,
                           link_.StatusLabelHeight().value_or(DisplayLayout::kStatusStartHeight));
+    // The rows may have moved (a shrunk status label, wrapped buttons): the height follows.
+    FitHeight();
 }
 
 void NavigationCentre::FormResize() {
@@ -384,8 +386,6 @@ void NavigationCentre::FormResize() {
     state_.FormWidth = resized;
     StoreSetting("FormWidth", std::to_string(resized));
     LayOut();
-    // A narrower window may wrap the buttons and move the rows down: the height follows.
-    FitHeight();
 }
 
 void NavigationCentre::FitHeight() {

@@ -246,6 +246,7 @@ TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     EXPECT_TRUE(linked.OnLinkConnectFailed());
     boat.dialogs.okCancelAnswer = false;
     EXPECT_FALSE(linked.FormUnload());
+    EXPECT_FALSE(linked.Link().LinkSeen());
     boat.dialogs.okCancelAnswer = true;
     EXPECT_TRUE(linked.FormUnload());
     EXPECT_EQ(boat.dialogs.messages.back(), "ending trace function");
@@ -256,16 +257,65 @@ TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     EXPECT_EQ(linked.Power().State().LastNoticed, DateTimeFromFields({2026, 11, 15, 23, 42, 20}));
 }
 
+TEST(MainWindow, SizeFollowsTheRowsShownAndTheSailorsCommandsAreKept) {
+    // The window's sizes in twips; see the layout's own test for where 1500, 1035 and 1440
+    // come from (the rows' top before and after the status label shrinks, and at 2300).
+    Boat boat;
+    NavigationCentre& centre = boat.Start(kIni);
+    EXPECT_EQ(boat.frame.Width(), 4000);
+    EXPECT_EQ(centre.Layout().CreatedRows(), kFieldCount);
+    EXPECT_EQ(boat.frame.Height(), 1500 + 14 * 270 + 330);
+
+    // The first data shrink the status label; a waypoint value shows the rows to 22, and a
+    // line without one takes them away again.
+    const std::string waypoint = kData.substr(0, kData.size() - 8) + ",52.4,-4.3,,,,,,Home";
+    centre.OnLinkLine(kData);
+    EXPECT_EQ(boat.frame.Height(), 1035 + 14 * 270 + 330);
+    centre.OnLinkLine(waypoint);
+    EXPECT_EQ(boat.frame.Height(), 1035 + 22 * 270 + 330);
+    centre.OnLinkLine(kData);
+    EXPECT_EQ(boat.frame.Height(), 1035 + 14 * 270 + 330);
+    centre.OnLinkLine(kData);
+    EXPECT_EQ(centre.LinkStatus().text, "unchanged 15-11-2026 23:42:16 (CZ)");
+
+    // Dragged too narrow: back to the minimum, remembered, the buttons wrapped.
+    boat.frame.SetWidth(1000);
+    centre.FormResize();
+    EXPECT_EQ(boat.frame.Width(), 2300);
+    EXPECT_EQ(boat.settings.Get("Settings", "FormWidth"), "2300");
+    EXPECT_EQ(boat.frame.Height(), 1440 + 14 * 270 + 330);
+
+    // The log note: Cancel and an empty answer write nothing, not even a flush.
+    const int appends = boat.files.appendCalls;
+    centre.CmdLog();
+    boat.dialogs.textAnswer = "";
+    centre.CmdLog();
+    EXPECT_EQ(boat.dialogs.prompts, Texts(2, "Enter log Information"));
+    EXPECT_EQ(boat.files.appendCalls, appends);
+    boat.dialogs.textAnswer = "Reefed";
+    centre.CmdLog();
+    EXPECT_NE(boat.files.files[kDayFile].find(kData), std::string::npos);
+
+    // The window's own settings outlast the run.
+    centre.SetNightPalette(true);
+    centre.SetStayOnTop(true);
+    EXPECT_TRUE(boat.Start(kIni).State().NightPalette);
+    EXPECT_TRUE(boat.centre->State().StayOnTop);
+}
+
 TEST(SeaTalk, ACompletedDatagramTakesTheRoadOfADataLine) {
     Boat boat;
     NavigationCentre& centre = boat.Start("/boat/SeaClear_2.ini,SC");
     ASSERT_TRUE(centre.SeaTalkPortWanted());
+    EXPECT_EQ(centre.LinkStatus().text, "working in SeaTalk mode");
+    EXPECT_FALSE(centre.LinkStatus().colour);
     // Depth 10.0 feet: command 0x00 marked by a parity error (FF 00 00 under parity marking),
     // attribute 0x02 (five bytes), then 0x00 0x64 0x00. Stored as 3.0 m, sent as 3.0 + 0.3.
     const std::vector<std::uint8_t> stream = {0xFF, 0x00, 0x00, 0x02, 0x00, 0x64, 0x00};
     centre.OnSeaTalkBytes(stream);
     EXPECT_EQ(centre.Fields()[6].Shown, " 3.3   ");
     EXPECT_EQ(centre.LinkStatus().text, "15-11-2026 23:42:16 (CZ)");
+    EXPECT_EQ(centre.LinkStatus().colour, 255U);
     ASSERT_EQ(centre.Track().PendingCount(), 1U);
     EXPECT_EQ(centre.Track().PendingRecords()[0].substr(0, 21), "20261115 23:42:16 CZ,");
 }

@@ -92,12 +92,15 @@ class RecordingDialogs : public UserDialogs {
         messages.push_back(text);
         return okCancelAnswer;
     }
-    std::optional<std::string> AskText(const std::string&, const std::string&) override {
-        return std::nullopt;
+    std::optional<std::string> AskText(const std::string& prompt, const std::string&) override {
+        prompts.push_back(prompt);
+        return textAnswer;
     }
 
     std::vector<std::string> messages;  // ShowMessage and AskOkCancel texts
     bool okCancelAnswer = true;
+    std::vector<std::string> prompts;       // AskText prompts
+    std::optional<std::string> textAnswer;  // what AskText answers; empty is Cancel
 };
 
 }  // namespace wakeline::testing
