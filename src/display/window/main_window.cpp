@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "display/display_palette.h"
+#include "display/window/shown_text.h"
 #include "display/window/twips.h"
 
 namespace wakeline {
@@ -20,14 +21,6 @@ constexpr double kSmallestStatusPoints = 6.5;
 QColor ColourOf(std::uint32_t bgr) {
     return QColor(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
                   static_cast<int>((bgr >> 16) & 0xFF));
-}
-
-// The instruments' texts are 8-bit; their line ends are not part of what is shown.
-QString ShownText(const std::string& text) {
-    QString shown = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    shown.remove(QLatin1Char('\r'));
-    return shown;
 }
 
 QFont ValueFont() {

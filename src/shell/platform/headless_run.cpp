@@ -5,12 +5,7 @@
 #include <QString>
 #include <cstdio>
 
-#include "base/platform/durable_file_system.h"
-#include "base/platform/qt_settings_store.h"
-#include "base/platform/system_clock.h"
 #include "display/terminal_display.h"
-#include "livedata/platform/program_launcher.h"
-#include "power/platform/system_battery.h"
 #include "shell/navigation_centre.h"
 #include "shell/platform/headless_power_alarm.h"
 #include "shell/platform/run_platform.h"
@@ -32,23 +27,17 @@ std::string Latin1ForTerminal(const std::string& bytes) {
 
 struct HeadlessRun::Parts {
     Parts(const std::string& logPath, const ProgramOptions& options)
-        : battery(options.powerSupply),
-          centre(PlatformServices{clock, files, dialogs, settings, frame, launcher, battery, alarm,
-                                  ThisProgram(), logPath, /*dialogsIntoLog=*/true}),
+        : machine(options),
+          centre(PlatformServices{machine.clock, machine.files, dialogs, machine.settings, frame,
+                                  machine.launcher, machine.battery, alarm, ThisProgram(), logPath,
+                                  /*dialogsIntoLog=*/true}),
           sources(centre, options) {
-        // The battery is read inside the run's tick; a failed read is told in the run's log.
-        battery.SetFailureReport([this](const Status& failure) {
-            centre.DebugWriteLine("Battery: " + failure.Message());
-        });
+        machine.ReportBatteryFailuresTo(centre);
     }
 
-    SystemClock clock;
-    DurableFileSystem files;
+    MachineParts machine;
     StderrDialogs dialogs;
-    QtSettingsStore settings;
     DetachedFrame frame;
-    ProgramLauncher launcher;
-    SystemBattery battery;
     HeadlessPowerAlarm alarm;
     NavigationCentre centre;
     RunSources sources;
@@ -120,7 +109,7 @@ void HeadlessRun::CloseRun() {
     parts_->sources.Stop();
     int status = parts_->sources.ExitStatus();
     if (outcome.unsavedRecords > 0) {
-        SaveUnsaved(outcome, parts_->files, parts_->centre);
+        SaveUnsaved(outcome, parts_->machine.files, parts_->centre);
         status = 1;
     }
     // Queued, so that a close during start-up (a replay that cannot be opened) still ends the

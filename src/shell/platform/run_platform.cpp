@@ -12,6 +12,12 @@
 
 namespace wakeline {
 
+void MachineParts::ReportBatteryFailuresTo(NavigationCentre& centre) {
+    battery.SetFailureReport([&centre](const Status& failure) {
+        centre.DebugWriteLine("Battery: " + failure.Message());
+    });
+}
+
 ProgramInfo ThisProgram() {
     ProgramInfo program;
     program.title = WAKELINE_TITLE;

@@ -6,6 +6,12 @@
 #include <optional>
 #include <string>
 
+#include "base/platform/durable_file_system.h"
+#include "base/platform/qt_settings_store.h"
+#include "base/platform/system_clock.h"
+#include "livedata/platform/program_launcher.h"
+#include "power/platform/system_battery.h"
+#include "shell/platform/run_options.h"
 #include "shell/platform_services.h"
 
 namespace wakeline {
@@ -13,6 +19,20 @@ namespace wakeline {
 class FileSystem;
 class NavigationCentre;
 struct CloseOutcome;
+
+// The machine's side of a run, the same with or without windows: its clock, disk, per-user
+// settings, the chart plotter's program and the battery.
+struct MachineParts {
+    explicit MachineParts(const ProgramOptions& options) : battery(options.powerSupply) {}
+    // The battery is read inside the run's tick; a failed read is told in the run's log.
+    void ReportBatteryFailuresTo(NavigationCentre& centre);
+
+    SystemClock clock;
+    DurableFileSystem files;
+    QtSettingsStore settings;
+    ProgramLauncher launcher;
+    SystemBattery battery;
+};
 
 // The running program's title, version, directory and name, and the installed data directory.
 ProgramInfo ThisProgram();

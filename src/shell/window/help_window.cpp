@@ -6,17 +6,13 @@
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
+#include "display/window/shown_text.h"
+
 namespace wakeline {
 namespace {
 
-QString Shown(const std::string& text) {
-    QString shown = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    return shown;
-}
-
 QLabel* NewLabel(const std::string& text, const char* name, QWidget* parent) {
-    auto* label = new QLabel(Shown(text), parent);
+    auto* label = new QLabel(ShownText(text), parent);
     label->setObjectName(QString::fromLatin1(name));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
@@ -57,7 +53,7 @@ HelpWindow::HelpWindow(const HelpContent& content, QWidget* parent) : QWidget(pa
     text_->setObjectName("txthelp");
     text_->setReadOnly(true);
     text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    text_->setPlainText(Shown(content.text));
+    text_->setPlainText(ShownText(content.text));
     layout->addWidget(text_, 1);
     resize(640, 560);
 }

@@ -4,17 +4,9 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
+#include "display/window/shown_text.h"
+
 namespace wakeline {
-namespace {
-
-QString FromLatin1(const std::string& text) {
-    QString shown = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    return shown;
-}
-
-}  // namespace
-
 MessageBoxDialogs::MessageBoxDialogs(QString title, QObject* parent)
     : QObject(parent), title_(std::move(title)) {}
 
@@ -29,7 +21,7 @@ QList<QMessageBox*> MessageBoxDialogs::OpenMessages() const {
 }
 
 void MessageBoxDialogs::ShowMessage(const std::string& text) {
-    const QString shown = FromLatin1(text);
+    const QString shown = ShownText(text);
     for (QMessageBox* box : OpenMessages()) {
         if (box->text() == shown) {
             return;
@@ -45,7 +37,7 @@ void MessageBoxDialogs::ShowMessage(const std::string& text) {
 }
 
 bool MessageBoxDialogs::AskOkCancel(const std::string& text) {
-    QMessageBox box(QMessageBox::NoIcon, title_, FromLatin1(text),
+    QMessageBox box(QMessageBox::NoIcon, title_, ShownText(text),
                     QMessageBox::Ok | QMessageBox::Cancel, parentWindow_.data());
     box.setDefaultButton(QMessageBox::Ok);
     return box.exec() == QMessageBox::Ok;
@@ -54,8 +46,8 @@ bool MessageBoxDialogs::AskOkCancel(const std::string& text) {
 std::optional<std::string> MessageBoxDialogs::AskText(const std::string& prompt,
                                                       const std::string& title) {
     bool ok = false;
-    const QString answer = QInputDialog::getText(parentWindow_.data(), FromLatin1(title),
-                                                 FromLatin1(prompt), QLineEdit::Normal, {}, &ok);
+    const QString answer = QInputDialog::getText(parentWindow_.data(), ShownText(title),
+                                                 ShownText(prompt), QLineEdit::Normal, {}, &ok);
     if (!ok) {
         return std::nullopt;
     }

@@ -4,13 +4,8 @@
 #include <QPointer>
 #include <cstdio>
 
-#include "base/platform/durable_file_system.h"
-#include "base/platform/qt_settings_store.h"
-#include "base/platform/system_clock.h"
 #include "display/window/main_window.h"
 #include "display/window/twips.h"
-#include "livedata/platform/program_launcher.h"
-#include "power/platform/system_battery.h"
 #include "shell/navigation_centre.h"
 #include "shell/platform/headless_power_alarm.h"
 #include "shell/platform/run_platform.h"
@@ -47,26 +42,21 @@ class WindowFrame : public MainWindowFrame {
 
 struct WindowRun::Parts {
     Parts(const std::string& logPath, const ProgramOptions& options, UserDialogs* override)
-        : boxes(QStringLiteral("Wakeline")),
+        : machine(options),
+          boxes(QStringLiteral("Wakeline")),
           frame(window),
-          battery(options.powerSupply),
-          centre(PlatformServices{clock, files, override != nullptr ? *override : boxes, settings,
-                                  frame, launcher, battery, alarm, ThisProgram(), logPath,
+          centre(PlatformServices{machine.clock, machine.files,
+                                  override != nullptr ? *override : boxes, machine.settings, frame,
+                                  machine.launcher, machine.battery, alarm, ThisProgram(), logPath,
                                   /*dialogsIntoLog=*/true}),
           sources(centre, options) {
-        battery.SetFailureReport([this](const Status& failure) {
-            centre.DebugWriteLine("Battery: " + failure.Message());
-        });
+        machine.ReportBatteryFailuresTo(centre);
     }
 
-    SystemClock clock;
-    DurableFileSystem files;
+    MachineParts machine;
     MessageBoxDialogs boxes;
-    QtSettingsStore settings;
     MainWindow window;
     WindowFrame frame;
-    ProgramLauncher launcher;
-    SystemBattery battery;
     // Until the alarm window comes, an alarm is a message box and counts as read once shown.
     HeadlessPowerAlarm alarm;
     NavigationCentre centre;
@@ -247,7 +237,7 @@ void WindowRun::Finish(bool askedUser) {
         unsaved.unsavedText += entry;
     }
     if (unsaved.unsavedRecords > 0) {
-        SaveUnsaved(unsaved, parts_->files, parts_->centre);
+        SaveUnsaved(unsaved, parts_->machine.files, parts_->centre);
         status = 1;
     }
     if (parts_->help) {
