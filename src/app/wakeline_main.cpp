@@ -50,7 +50,13 @@ int main(int argc, char** argv) {
     }
     if (!options.headless && HasDisplay()) {
         QApplication app(argc, argv);
+        // The run ends the program, with its exit status, when its close is through.
+        QApplication::setQuitOnLastWindowClosed(false);
         wakeline::WindowRun run(options);
+        // Queued, so that a close during start-up still ends the loop about to start.
+        QObject::connect(
+            &run, &wakeline::WindowRun::finished, &app,
+            [](int status) { QCoreApplication::exit(status); }, Qt::QueuedConnection);
         const int status = run.Start();
         return status >= 0 ? status : QApplication::exec();
     }

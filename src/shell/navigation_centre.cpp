@@ -4,6 +4,7 @@
 #include "base/text_number.h"
 #include "livedata/replay_line.h"
 #include "performance/polar_file_reader.h"
+#include "performance/polar_file_writer.h"
 #include "performance/table_defaults.h"
 #include "shell/command_line.h"
 #include "wind/wind_file.h"
@@ -401,6 +402,32 @@ void NavigationCentre::CmdLog() {
     if (text && !text->empty()) {
         track_.TraceWriteLine(*text, true);
     }
+}
+
+std::unique_ptr<TablesEditor> NavigationCentre::OpenTables() {
+    return std::make_unique<TablesEditor>(performance_);
+}
+
+void NavigationCentre::CloseTables(TablesEditor& editor, std::string_view dampingText) {
+    editor.TakeDampingText(dampingText);
+    if (!state_.TablesLocked) {
+        state_.PolarTablesOn = performance_.Polars.Current >= 0;
+        tableLookup_.SetPolarTablesOn(state_.PolarTablesOn);
+    }
+    if (!editor.TablesChanged()) {
+        return;
+    }
+    if (files_.TrackDir.empty()) {
+        dialogs_.ShowMessage("The tables are in use, but not saved: there is no track directory");
+        return;
+    }
+    const std::string path = files_.TrackDir + "/WakelinePolar.txt";
+    const Status written = WritePolarFile(services_.files, path, performance_, clock_.NowUtc());
+    if (!written.Ok()) {
+        dialogs_.ShowMessage("The tables are in use, but not saved: " + written.Message());
+        return;
+    }
+    log_.DebugWriteLine("Polar tables written: " + path);
 }
 
 HelpContent NavigationCentre::Help() const {

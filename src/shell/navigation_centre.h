@@ -20,6 +20,7 @@
 #include "livedata/field_table.h"
 #include "performance/performance_tables.h"
 #include "performance/table_lookup.h"
+#include "performance/tables_editor.h"
 #include "power/power_monitor.h"
 #include "seatalk/seatalk_input.h"
 #include "shell/configuration.h"
@@ -134,6 +135,13 @@ class NavigationCentre : private DataLineSink {
     // cmdLog: asks "Enter log Information"; a text that is not empty goes into the track as a
     // note, which flushes the pending records. An empty answer or Cancel does nothing.
     void CmdLog();
+    // cmdTab: the tables window edits the run's own tables through this editor. Only one is
+    // open at a time (the window is modal).
+    std::unique_ptr<TablesEditor> OpenTables();
+    // The tables window closes: the damping text is taken, and when anything changed the polar
+    // file is written beside the track files (a failure is shown). The tables are in use for
+    // the next data line, with a sail checked or none.
+    void CloseTables(TablesEditor& editor, std::string_view dampingText);
     // What the help window shows (cmdHelp).
     HelpContent Help() const;
     // The window's own settings, remembered for the next start.

@@ -1,11 +1,13 @@
 #include "shell/window/window_run.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPointer>
 #include <cstdio>
 
 #include "display/window/main_window.h"
 #include "display/window/twips.h"
+#include "performance/window/tables_window.h"
 #include "shell/navigation_centre.h"
 #include "shell/platform/headless_power_alarm.h"
 #include "shell/platform/run_platform.h"
@@ -63,6 +65,7 @@ struct WindowRun::Parts {
     RunSources sources;
     SignalWatcher termination;
     QPointer<HelpWindow> help;
+    TablesWindow* tables = nullptr;  // while the tables window is open
     std::uint64_t appliedLayout = 0;
     bool resizing = false;
     bool asking = false;  // "ending trace function" is on the screen
@@ -115,8 +118,8 @@ int WindowRun::Start() {
         window.SetCommandEnabled(CommandButton::Tab, false,
                                  "The tables are locked by the command line");
     } else {
-        window.SetCommandEnabled(CommandButton::Tab, false,
-                                 "The tables editor comes with a later version");
+        window.SetCommandEnabled(CommandButton::Tab, true,
+                                 "The polar tables, wind corrections and damping");
     }
     window.SetCommandEnabled(CommandButton::Wind, false,
                              "The wind graph comes with a later version");
@@ -161,9 +164,24 @@ void WindowRun::OnCommand(int button) {
             parts_->centre.CmdLog();
             break;
         case CommandButton::Tab:
+            OpenTables();
+            break;
         case CommandButton::Wind:
             break;
     }
+}
+
+void WindowRun::OpenTables() {
+    // Modal: the main window waits, while the data keep coming and being recorded.
+    const std::unique_ptr<TablesEditor> editor = parts_->centre.OpenTables();
+    TablesWindow tables(*editor, &parts_->window);
+    parts_->tables = &tables;
+    emit tablesOpened(&tables);
+    tables.exec();
+    parts_->tables = nullptr;
+    const QByteArray damping = tables.DampingField()->text().toLatin1();
+    parts_->centre.CloseTables(
+        *editor, std::string_view(damping.constData(), static_cast<std::size_t>(damping.size())));
 }
 
 HelpWindow* WindowRun::OpenHelp() {
@@ -249,9 +267,7 @@ void WindowRun::Finish(bool askedUser) {
         parts_->boxes.SetParentWindow(nullptr);
         parts_->boxes.WaitForOpenMessages();
     }
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [status] { QCoreApplication::exit(status); },
-        Qt::QueuedConnection);
+    emit finished(status);
 }
 
 }  // namespace wakeline

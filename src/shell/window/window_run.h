@@ -15,6 +15,7 @@ namespace wakeline {
 class HelpWindow;
 class MainWindow;
 class MessageBoxDialogs;
+class TablesWindow;
 class NavigationCentre;
 class UserDialogs;
 
@@ -36,6 +37,15 @@ class WindowRun : public QObject {
     MessageBoxDialogs& MessageBoxes();
     // cmdHelp: opens the help window, or raises the one that is open.
     HelpWindow* OpenHelp();
+    // cmdTab: shows the tables window modally; returns once it is closed and the tables are
+    // in use (and saved when changed).
+    void OpenTables();
+
+  Q_SIGNALS:
+    // The run has closed with this exit status: the program ends its event loop.
+    void finished(int status);
+    // The tables window is about to wait for the sailor (tests and screenshots drive it).
+    void tablesOpened(wakeline::TablesWindow* window);
 
   private:
     struct Parts;

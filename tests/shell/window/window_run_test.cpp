@@ -6,19 +6,26 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <functional>
 
 #include "base/file_system.h"
 #include "display/window/main_window.h"
 #include "display/window/twips.h"
+#include "performance/window/tables_window.h"
 #include "shell/navigation_centre.h"
 #include "shell/window/help_window.h"
 #include "shell/window/message_box_dialogs.h"
@@ -48,6 +55,12 @@ struct Boat {
         options.commandLine = dir.filePath("SeaClear_2.ini").toStdString() + ",,,F";
     }
 
+    // A closed run asks the event loop to end; that request must not end the next test's loops.
+    ~Boat() {
+        run.reset();
+        QCoreApplication::processEvents();
+    }
+
     void Write(const QString& name, const QByteArray& bytes) {
         QFile file(dir.filePath(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -67,15 +80,17 @@ struct Boat {
         plotter = server.nextPendingConnection();
     }
 
-    // The chart plotter sends a line; true once the run has handled it.
+    // The chart plotter sends a line; true once the run has handled it: a new line becomes the
+    // last data line, a repeated one makes the status "unchanged".
     bool Send(const QByteArray& line) {
-        const std::size_t notes = handled;
+        const bool repeated = Centre().Link().LastDataLine().starts_with(line.toStdString());
+        const std::string status = Centre().LinkStatus().text;
         plotter->write(line + "\n");
         return QTest::qWaitFor(
             [&] {
-                handled += Centre().LinkStatus().text != seenStatus ? 1 : 0;
-                seenStatus = Centre().LinkStatus().text;
-                return handled > notes;
+                const std::string& now = Centre().LinkStatus().text;
+                return repeated ? now != status && now.starts_with("unchanged ")
+                                : Centre().Link().LastDataLine().starts_with(line.toStdString());
             },
             5000);
     }
@@ -94,8 +109,6 @@ struct Boat {
     ProgramOptions options;
     testing::RecordingDialogs dialogs;
     std::unique_ptr<WindowRun> run;
-    std::string seenStatus;
-    std::size_t handled = 0;
 };
 
 TEST(WindowRun, ShowsTheCoresTextsFollowsTheRowsAndKeepsTheSailorsAnswers) {
@@ -153,6 +166,56 @@ TEST(WindowRun, ABurstOfOneMessageShowsOneBoxAndLogsEveryOne) {
     EXPECT_EQ(boat.Read("log.txt").count("Polar File corrupt, added one cell"), 15);
     boat.run->MessageBoxes().ShowMessage("another");
     EXPECT_EQ(boat.run->MessageBoxes().OpenMessages().size(), 2);
+    for (QMessageBox* box : boat.run->MessageBoxes().OpenMessages()) {
+        box->close();
+    }
+}
+
+// Opens the tables from the main window's button and runs `drive` on them once they wait for
+// the sailor; the button returns when the window has closed.
+void WithTables(Boat& boat, std::function<void(TablesWindow&)> drive) {
+    QObject::connect(
+        boat.run.get(), &WindowRun::tablesOpened, boat.run.get(),
+        [drive](TablesWindow* tables) {
+            QTimer::singleShot(0, tables, [drive, tables] {
+                drive(*tables);
+                tables->accept();
+            });
+        },
+        Qt::SingleShotConnection);
+    boat.Window().Button(CommandButton::Tab)->click();
+}
+
+TEST(WindowRun, TheTablesAreSavedOnlyWhenChangedAndUsedForTheNextLine) {
+    Boat boat;
+    QFile::copy(WAKELINE_TEST_DATA "/polar_file/WakelinePolar.txt",
+                boat.dir.filePath("traces/WakelinePolar.txt"));
+    boat.Start();
+    const QString polar = boat.dir.filePath("traces/WakelinePolar.txt");
+    const QByteArray bytes = boat.Read("traces/WakelinePolar.txt");
+    const QDateTime modified = QFileInfo(polar).lastModified();
+    WithTables(boat, [](TablesWindow&) {});
+    EXPECT_EQ(boat.Read("traces/WakelinePolar.txt"), bytes);
+    EXPECT_EQ(QFileInfo(polar).lastModified(), modified);
+
+    // TWA 45 at 9.7 knots lies between the Jib's TWA_min and its 52 degree column: a faster
+    // 52 degree column raises the target of the next line.
+    ASSERT_TRUE(boat.Send(kLine));
+    const std::string before = boat.Centre().Fields()[kFieldSpd].Shown;
+    WithTables(boat, [](TablesWindow& tables) {
+        QTableWidget* grid = tables.Grid(TablesGrid::Polar);
+        for (int row : {1, 2}) {
+            grid->setCurrentCell(row, 3);
+            QTest::keyClick(grid, Qt::Key_9);
+            QTest::keyClick(tables.CellEditor(), Qt::Key_Return);
+        }
+    });
+    EXPECT_NE(boat.Read("traces/WakelinePolar.txt"), bytes);
+    ASSERT_TRUE(boat.Send(kWaypointLine));
+    const std::string after = boat.Centre().Fields()[kFieldSpd].Shown;
+    EXPECT_EQ(before.substr(0, 4), after.substr(0, 4));  // the water speed itself
+    EXPECT_GT(std::stod(after.substr(after.find("T:") + 2)),
+              std::stod(before.substr(before.find("T:") + 2)));
 }
 
 TEST(HelpWindow, ShowsTheFileBesideTheProgramOrTheBuiltInHelp) {

@@ -1,0 +1,66 @@
+#pragma once
+// frmTables: the correction grids, the selected sail's polar grid, the sails' check list and
+// the damping factor, over the run's tables editor. Cells are edited in place the way the
+// sailor's old program did it: a typed character replaces the cell's text, the space bar or a
+// double click opens it for correcting, Enter or leaving the cell stores it, Escape drops it,
+// Up and Down store it and move within the rows.
+
+#include <QDialog>
+#include <array>
+
+#include "performance/tables_editor.h"
+
+class QLineEdit;
+class QListWidget;
+class QTableWidget;
+class QVBoxLayout;
+
+namespace wakeline {
+
+class TablesWindow : public QDialog {
+    Q_OBJECT
+  public:
+    // `editor` must outlive the window.
+    explicit TablesWindow(TablesEditor& editor, QWidget* parent = nullptr);
+
+    QTableWidget* Grid(TablesGrid grid) const { return grids_[static_cast<std::size_t>(grid)]; }
+    QListWidget* Sails() const { return sails_; }
+    QLineEdit* DampingField() const { return damping_; }
+    QLineEdit* CellEditor() const { return editor_; }
+    // Where the sail's diagram goes, below the polar grid.
+    QVBoxLayout* DiagramArea() const { return diagramArea_; }
+    // Stores an open edit; the run calls it, then takes the damping text, before closing.
+    void CommitOpenEdit();
+    // The tables changed outside the window (an import): show them again.
+    void Refill();
+
+  Q_SIGNALS:
+    // The polar grid shows another sail, or one of its values changed.
+    void sailShown();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void done(int result) override;
+
+  private:
+    QTableWidget* NewGrid(TablesGrid grid, const char* name);
+    void Fill(TablesGrid grid);
+    void FillSails();
+    bool OpenEditor(TablesGrid grid, std::optional<int> keyCode);
+    void CloseEditor(bool store);
+    void MoveAfterEdit(int step);
+
+    TablesEditor& editor_core_;
+    std::array<QTableWidget*, 3> grids_{};
+    QListWidget* sails_ = nullptr;
+    QLineEdit* damping_ = nullptr;
+    QLineEdit* editor_ = nullptr;
+    QVBoxLayout* diagramArea_ = nullptr;
+    // The cell being edited.
+    bool editing_ = false;
+    TablesGrid editGrid_ = TablesGrid::Polar;
+    int editRow_ = 0;
+    int editColumn_ = 0;
+};
+
+}  // namespace wakeline
