@@ -1,6 +1,7 @@
 // wakeline_screenshots OUTDIR REPLAY COMMANDLINE: runs the navigation centre's window on a
 // replayed voyage and saves PNGs of the main window at its default and its minimum width, by
-// day and by night, and of the help window. scripts/screenshots.sh runs it under Xvfb.
+// day and by night, of the help window and of the tables window. scripts/screenshots.sh runs it
+// under Xvfb.
 
 #include <QApplication>
 #include <QDir>
@@ -9,6 +10,7 @@
 
 #include "display/window/main_window.h"
 #include "display/window/twips.h"
+#include "performance/window/tables_window.h"
 #include "shell/navigation_centre.h"
 #include "shell/window/help_window.h"
 #include "shell/window/window_run.h"
@@ -58,6 +60,15 @@ int main(int argc, char** argv) {
         window.resize(wide, window.height());
         wakeline::HelpWindow* help = run.OpenHelp();
         failures += Save(*help, out.filePath("help.png")) ? 0 : 1;
+        help->close();
+        QObject::connect(&run, &wakeline::WindowRun::tablesOpened, &run,
+                         [&](wakeline::TablesWindow* tables) {
+                             QTimer::singleShot(500, tables, [&, tables] {
+                                 failures += Save(*tables, out.filePath("tables.png")) ? 0 : 1;
+                                 tables->reject();
+                             });
+                         });
+        run.OpenTables();  // returns once the tables window has been saved and closed
         QCoreApplication::exit(failures == 0 ? 0 : 1);
     });
     return QApplication::exec();

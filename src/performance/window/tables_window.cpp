@@ -7,8 +7,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace wakeline {
 namespace {
@@ -140,6 +142,26 @@ void TablesWindow::Fill(TablesGrid which) {
         table->setRowHeight(0, rowHeight * texts.headingRowFactor);
     }
     table->resizeColumnsToContents();
+    if (texts.headingRowFactor > 1) {
+        // Headings of two lines ("Upwind" over its angle) wrap at their blanks; the column
+        // needs only its widest word and its numbers.
+        table->setWordWrap(true);
+        const QFontMetrics metrics(headingFont);
+        for (int c = 1; c < texts.Columns(); ++c) {
+            int widest = 0;
+            for (const QString& word : table->item(0, c)->text().split(' ', Qt::SkipEmptyParts)) {
+                widest = std::max(widest, metrics.horizontalAdvance(word));
+            }
+            for (int r = 1; r < texts.Rows(); ++r) {
+                widest = std::max(
+                    widest, table->fontMetrics().horizontalAdvance(table->item(r, c)->text()));
+            }
+            table->setColumnWidth(c, widest + 16);
+        }
+    }
+    // Every column shows: the grid is at least as wide as its columns.
+    table->setMinimumWidth(table->horizontalHeader()->length() + 2 * table->frameWidth() +
+                           table->verticalScrollBar()->sizeHint().width());
     if (currentRow >= 0 && currentRow < texts.Rows() && currentColumn < texts.Columns()) {
         table->setCurrentCell(currentRow, currentColumn);
     } else if (texts.Rows() > 1 && texts.Columns() > 1) {
