@@ -151,9 +151,11 @@ void MainWindow::ShowStatus(const std::string& text, const std::string& toolTip,
         status_->setText(ShownText(text));
         FitOneLine(status_, font());
     }
-    const QString tip = ShownText(toolTip);
-    if (status_->toolTip() != tip) {
-        status_->setToolTip(tip);
+    // Compared as it came: the tooltip is the same long instruction text at every tick, and
+    // turning it into a QString ten times a second only to find it unchanged is wasted.
+    if (toolTip != statusToolTip_) {
+        statusToolTip_ = toolTip;
+        status_->setToolTip(ShownText(toolTip));
     }
     if (colour != statusColour_) {
         statusColour_ = colour;

@@ -86,6 +86,7 @@ class MainWindow : public QWidget {
     std::array<std::string, kFieldCount> shownCaptions_;
     FieldTable fields_;
     std::string statusText_;
+    std::string statusToolTip_;
     std::optional<std::uint32_t> statusColour_;
     std::string powerText_;
     bool statusOneLine_ = false;

@@ -37,6 +37,9 @@ void MessageBoxDialogs::ShowMessage(const std::string& text) {
 }
 
 bool MessageBoxDialogs::AskOkCancel(const std::string& text) {
+    if (answerOkUnasked_) {
+        return true;
+    }
     QMessageBox box(QMessageBox::NoIcon, title_, ShownText(text),
                     QMessageBox::Ok | QMessageBox::Cancel, parentWindow_.data());
     box.setDefaultButton(QMessageBox::Ok);

@@ -32,11 +32,15 @@ class MessageBoxDialogs : public QObject, public UserDialogs {
     QList<QMessageBox*> OpenMessages() const;
     // Waits until every open message has been answered (a start that cannot go on).
     void WaitForOpenMessages();
+    // From now on a question is answered OK without a box: the run is closing on a signal, and
+    // a shutdown does not wait for a click from a chart table nobody may be at.
+    void AnswerOkUnasked() { answerOkUnasked_ = true; }
 
   private:
     QString title_;
     QPointer<QWidget> parentWindow_;
     QList<QPointer<QMessageBox>> open_;
+    bool answerOkUnasked_ = false;
 };
 
 }  // namespace wakeline

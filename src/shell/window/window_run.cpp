@@ -240,6 +240,8 @@ void WindowRun::CloseUnasked() {
     if (parts_->closed) {
         return;
     }
+    // The close's question is put for the log only; a box would hold the close until a click.
+    parts_->boxes.AnswerOkUnasked();
     parts_->centre.CloseUnasked();
     Finish(/*askedUser=*/false);
     parts_->window.close();

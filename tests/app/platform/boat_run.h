@@ -53,16 +53,23 @@ class Boat {
     }
 
     // Starts `wakeline --headless` with `options` before the command line (the settings file
-    // path and `commandTail`), in the time zone `tz`; the diagnostic log is on (mode F).
+    // path and `commandTail`), in the time zone `tz`; the diagnostic log is on (mode F). With
+    // `window`, the run has its window instead, on Qt's offscreen platform.
     void Start(QProcess& process, const QStringList& options, const QString& tz = "UTC",
-               const QString& commandTail = ",,,F") const {
+               const QString& commandTail = ",,,F", bool window = false) const {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("XDG_CONFIG_HOME", dir_.filePath("config"));
         env.insert("XDG_STATE_HOME", dir_.filePath("state"));
         env.insert("TZ", tz);
+        if (window) {
+            env.insert("QT_QPA_PLATFORM", "offscreen");
+        }
         process.setProcessEnvironment(env);
         process.setWorkingDirectory(dir_.path());
-        QStringList args{"--headless", "--log", LogPath()};
+        QStringList args{"--log", LogPath()};
+        if (!window) {
+            args.prepend("--headless");
+        }
         args << options << IniPath() + commandTail;
         process.start(WAKELINE_BINARY, args);
     }

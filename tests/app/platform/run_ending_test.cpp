@@ -1,4 +1,4 @@
-// How a headless run ends when nobody watches it: a standard error nobody reads, a closed
+// How a run ends when nobody watches it: a standard error nobody reads, a closed
 // terminal, a shutdown, a replay that is not there, a track file the disk refuses. Whatever
 // ends it, every record it took is on the disk (or, failing that, in the state directory), and
 // a run that lost something exits 1.
@@ -49,12 +49,20 @@ TEST(RunEnding, EveryRecordTakenReachesTheDiskAndALostSourceFails) {
         bool stderrClosed;  // standard error is a pipe nobody reads
         int signal;         // sent once every line was handled, the replay still open; 0: none
         int exitStatus;
-        int records;  // of the kLines data lines sent on standard input
+        int records;          // of the kLines data lines sent on standard input
+        bool window = false;  // the run with its window, where nobody may be there to click
     };
     const std::vector<Row> rows = {
         {"standard error closed, replay to its end", {"--replay", "-"}, true, 0, 0, kLines},
         {"SIGHUP: the terminal was closed", {"--replay", "-"}, false, SIGHUP, 0, kLines},
         {"SIGTERM: the computer shuts down", {"--replay", "-"}, false, SIGTERM, 0, kLines},
+        {"SIGTERM to the window: the computer shuts down with nobody at the chart table",
+         {"--replay", "-"},
+         false,
+         SIGTERM,
+         0,
+         kLines,
+         true},
         {"a replay that is not there", {"--replay", "/nonexistent"}, false, 0, 1, 0},
         {"a SeaTalk replay that is not there",
          {"--seatalk-replay", "/nonexistent"},
@@ -72,7 +80,7 @@ TEST(RunEnding, EveryRecordTakenReachesTheDiskAndALostSourceFails) {
             process.setChildProcessModifier(StderrNobodyReads);
         }
         const bool seaTalk = row.options.front() == "--seatalk-replay";
-        boat.Start(process, row.options, "UTC", seaTalk ? ",SC,,F" : ",,,F");
+        boat.Start(process, row.options, "UTC", seaTalk ? ",SC,,F" : ",,,F", row.window);
         ASSERT_TRUE(process.waitForStarted());
         std::vector<std::string> sent;
         std::string input;
