@@ -205,8 +205,8 @@ void PolarDiagramWidget::paintEvent(QPaintEvent*) {
                          Qt::AlignLeft | Qt::AlignVCenter, QString::fromStdString(curve.legend));
         legendY += line;
     }
-    if (count > 0) {
-        // The key to the marks, in the text colour.
+    if (count > 0 && legendY + 2.5 * line <= layout.liveTextY) {
+        // The key to the marks, in the text colour, where eleven rows leave room for it.
         legendY += line / 2;
         const QPointF dot(layout.legendX + kSwatch / 2, legendY + line / 2);
         painter.setPen(Qt::NoPen);
