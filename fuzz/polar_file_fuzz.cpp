@@ -1,7 +1,8 @@
 // Feeds arbitrary bytes to the polar file reader as the text of "WakelinePolar.txt", then
 // looks values up in whatever was read and writes it back. Beyond the sanitizers' checks it
 // insists that reading leaves a usable set (at most five tables, a current index among them)
-// and that a written file reads back without complaint and with the same sails.
+// and that a written file reads back without complaint and with the same sails, and that each
+// sail's polar diagram stays on its half circle with a handful of rings.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "performance/polar_diagram.h"
 #include "performance/polar_file_reader.h"
 #include "performance/polar_file_writer.h"
 #include "performance/table_defaults.h"
@@ -32,6 +34,23 @@ void LookUpEverywhere(const PerformanceTables& tables) {
                 const PolarTable& table = tables.Polars.Tables[static_cast<std::size_t>(p)];
                 (void)TargetSpeedAt(angle, speed, table);
                 (void)RowSpeedAt(angle, table.RowCount, table);
+                (void)LivePolarPoint(table, angle, speed);
+            }
+        }
+    }
+}
+
+void DrawEveryDiagram(const PolarSet& set) {
+    for (int p = 0; p < set.Count; ++p) {
+        const PolarDiagram d = MakePolarDiagram(set.Tables[static_cast<std::size_t>(p)]);
+        Require(d.maxSpeed >= 1.0 && d.ringStep > 0.0 && d.maxSpeed / d.ringStep <= 7.0);
+        for (const PolarCurve& curve : d.curves) {
+            Require(!curve.samples.empty() && curve.samples.size() <= 200);
+            double previous = -1.0;
+            for (const PolarSample& s : curve.samples) {
+                Require(s.angle > previous && s.angle <= 180.0);
+                Require(s.speed >= 0.0 && s.speed <= d.maxSpeed);
+                previous = s.angle;
             }
         }
     }
@@ -48,6 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(set.Count >= 0 && set.Count <= 5);
     Require(set.Current >= -1 && set.Current < set.Count);
     LookUpEverywhere(tables);
+    DrawEveryDiagram(set);
 
     const std::optional<std::string> written = PolarFileText(tables, 38517.75);
     if (!written) {
