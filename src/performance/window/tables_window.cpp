@@ -10,7 +10,9 @@
 #include <QScrollBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
+
 #include <algorithm>
+#include "performance/window/polar_diagram_widget.h"
 
 namespace wakeline {
 namespace {
@@ -55,9 +57,9 @@ TablesWindow::TablesWindow(TablesEditor& editor, QWidget* parent)
     sails_ = new QListWidget(this);
     sails_->setObjectName("lstSails");
     sailsRow->addWidget(sails_, 1);
-    diagramArea_ = new QVBoxLayout;
-    sailsRow->addLayout(diagramArea_, 2);
-    polar->addLayout(sailsRow, 2);
+    diagram_ = new PolarDiagramWidget(this);
+    sailsRow->addWidget(diagram_, 3);
+    polar->addLayout(sailsRow, 3);
     polar->addWidget(new QLabel(tr("Polar table of the selected sail: target speed in knots by "
                                    "true wind speed (rows) and angle (columns)"),
                                 this));
@@ -84,8 +86,22 @@ TablesWindow::TablesWindow(TablesEditor& editor, QWidget* parent)
         Fill(TablesGrid::Polar);
         emit sailShown();
     });
+    // The diagram follows the sail the grid shows, and every value stored into it.
+    connect(this, &TablesWindow::sailShown, this, [this] {
+        const PolarSet& set = editor_core_.Tables().Polars;
+        const int sail = editor_core_.SelectedSail();
+        if (sail >= 0 && sail < static_cast<int>(SailNames(set).size())) {
+            diagram_->SetTable(set.Tables[static_cast<std::size_t>(sail)]);
+        } else {
+            diagram_->Clear();
+        }
+    });
     Refill();
-    resize(980, 620);
+    resize(1000, 760);
+}
+
+void TablesWindow::ShowLiveWind(std::optional<float> twaDegrees, std::optional<float> twsKnots) {
+    diagram_->SetLivePoint(twaDegrees, twsKnots);
 }
 
 QTableWidget* TablesWindow::NewGrid(TablesGrid grid, const char* name) {

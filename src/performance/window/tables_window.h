@@ -7,15 +7,17 @@
 
 #include <QDialog>
 #include <array>
+#include <optional>
 
 #include "performance/tables_editor.h"
 
 class QLineEdit;
 class QListWidget;
 class QTableWidget;
-class QVBoxLayout;
 
 namespace wakeline {
+
+class PolarDiagramWidget;
 
 class TablesWindow : public QDialog {
     Q_OBJECT
@@ -27,8 +29,9 @@ class TablesWindow : public QDialog {
     QListWidget* Sails() const { return sails_; }
     QLineEdit* DampingField() const { return damping_; }
     QLineEdit* CellEditor() const { return editor_; }
-    // Where the sail's diagram goes, below the polar grid.
-    QVBoxLayout* DiagramArea() const { return diagramArea_; }
+    PolarDiagramWidget* Diagram() const { return diagram_; }
+    // The live true wind (degrees, knots) as a point on the diagram; empty while no data flow.
+    void ShowLiveWind(std::optional<float> twaDegrees, std::optional<float> twsKnots);
     // Stores an open edit; the run calls it, then takes the damping text, before closing.
     void CommitOpenEdit();
     // The tables changed outside the window (an import): show them again.
@@ -55,7 +58,7 @@ class TablesWindow : public QDialog {
     QListWidget* sails_ = nullptr;
     QLineEdit* damping_ = nullptr;
     QLineEdit* editor_ = nullptr;
-    QVBoxLayout* diagramArea_ = nullptr;
+    PolarDiagramWidget* diagram_ = nullptr;
     // The cell being edited.
     bool editing_ = false;
     TablesGrid editGrid_ = TablesGrid::Polar;

@@ -176,6 +176,7 @@ void WindowRun::OpenTables() {
     const std::unique_ptr<TablesEditor> editor = parts_->centre.OpenTables();
     TablesWindow tables(*editor, &parts_->window);
     parts_->tables = &tables;
+    Refresh();
     emit tablesOpened(&tables);
     tables.exec();
     parts_->tables = nullptr;
@@ -217,6 +218,10 @@ void WindowRun::Refresh() {
     window.ShowStatus(centre.LinkStatus().text, centre.LinkStatus().toolTip,
                       centre.LinkStatus().colour);
     window.ShowPowerStatus(centre.Power().StatusText());
+    if (parts_->tables != nullptr && !centre.Fields()[kFieldTws].Value.empty()) {
+        const DampedWind& wind = centre.Display().Damped();
+        parts_->tables->ShowLiveWind(wind.TWA, wind.TWS);
+    }
 }
 
 bool WindowRun::AskToClose() {
