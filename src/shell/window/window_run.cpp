@@ -143,7 +143,8 @@ int WindowRun::Start() {
             }
             parts_->centre.AcknowledgeAlarm();
         }
-        Refresh();
+        // Ten ticks a second change nothing but the battery line: the rest waits for data.
+        parts_->window.ShowPowerStatus(parts_->centre.Power().StatusText());
     });
     // The window stays when the data end: the sailor closes it.
     connect(&sources, &RunSources::sourceEnded, this, [this] { Refresh(); });
