@@ -9,21 +9,8 @@
 #include <cstdlib>
 
 #include "bench_boat.h"
+#include "shell/platform/run_platform.h"
 #include "window_benchmarks.h"
-
-namespace {
-
-bool HasDisplay() {
-    for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && value[0] != '\0') {
-            return true;
-        }
-    }
-    return false;
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
@@ -38,7 +25,7 @@ int main(int argc, char** argv) {
     // away from the user's own; set before any thread exists.
     ::setenv("XDG_CONFIG_HOME", boat.ConfigDir().c_str(), 1);
     ::setenv("XDG_STATE_HOME", boat.StateDir().c_str(), 1);
-    if (!HasDisplay()) {
+    if (!wakeline::HasDisplay()) {
         ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     }
     QApplication app(argc, argv);

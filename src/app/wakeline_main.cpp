@@ -10,24 +10,10 @@
 #include "app/command_line_options.h"
 #include "app/program_options.h"
 #include "shell/platform/headless_run.h"
+#include "shell/platform/run_platform.h"
 #include "shell/platform/signal_watcher.h"
 #include "shell/window/window_run.h"
 #include "wakeline_version.h"
-
-namespace {
-
-// A window needs a display: a Wayland or X server, or a Qt platform chosen by hand (offscreen).
-bool HasDisplay() {
-    for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && value[0] != '\0') {
-            return true;
-        }
-    }
-    return false;
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
     // Before any thread exists, so that every thread inherits the blocked signals, and before
@@ -48,7 +34,7 @@ int main(int argc, char** argv) {
         std::printf("%s %s\n", WAKELINE_TITLE, WAKELINE_VERSION_TEXT);
         return 0;
     }
-    if (!options.headless && HasDisplay()) {
+    if (!options.headless && wakeline::HasDisplay()) {
         QApplication app(argc, argv);
         // The run ends the program, with its exit status, when its close is through.
         QApplication::setQuitOnLastWindowClosed(false);

@@ -18,6 +18,16 @@ void MachineParts::ReportBatteryFailuresTo(NavigationCentre& centre) {
     });
 }
 
+bool HasDisplay() {
+    for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
+        const char* value = std::getenv(name);
+        if (value != nullptr && value[0] != '\0') {
+            return true;
+        }
+    }
+    return false;
+}
+
 ProgramInfo ThisProgram() {
     ProgramInfo program;
     program.title = WAKELINE_TITLE;

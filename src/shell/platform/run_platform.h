@@ -34,6 +34,10 @@ struct MachineParts {
     SystemBattery battery;
 };
 
+// True when a window can be shown: a Wayland or X server, or a Qt platform chosen by hand
+// (offscreen).
+bool HasDisplay();
+
 // The running program's title, version, directory and name, and the installed data directory.
 ProgramInfo ThisProgram();
 
