@@ -1,11 +1,14 @@
 // wakeline-tool polar: reads a polar file the way start-up does and shows what the program
 // would make of it, so a sailor can check the file before a race; optionally looks up a
 // target speed and the wind corrections, and writes the tables back in the program's layout.
+// With --import it adds a sail from a designer's polar grid first, so that the sailor sees the
+// table the program makes of the grid before taking it to sea.
 
 #include <QCommandLineParser>
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +26,7 @@
 #include "base/text_number.h"
 #include "performance/polar_file_reader.h"
 #include "performance/polar_file_writer.h"
+#include "performance/polar_import.h"
 #include "performance/table_defaults.h"
 #include "performance/target_speed.h"
 #include "performance/wind_correction.h"
@@ -33,6 +37,8 @@ namespace {
 constexpr const char* kUsage =
     "usage: wakeline-tool polar FILE [--json] [--target TWA,TWS] [--correct TWA,TWS]\n"
     "                           [--write OUT]\n"
+    "       wakeline-tool polar [FILE] --import GRID [--name NAME] [--json] [--target TWA,TWS]\n"
+    "                           [--correct TWA,TWS] [--write OUT]\n"
     "Reads a polar file (WakelinePolar.txt) as the navigation centre does at start-up, over the\n"
     "default wind corrections, and shows the damping factor, the correction table, the sails'\n"
     "polar tables and the current sail, with every message the program would show.\n\n"
@@ -41,11 +47,20 @@ constexpr const char* kUsage =
     "  --target TWA,TWS   target boat speed of the current sail at a true wind angle (degrees)\n"
     "                     and speed (knots); -1, -2, -3: the table does not cover the point\n"
     "  --correct TWA,TWS  angle and speed corrections of the true wind at that point\n"
+    "  --import GRID      add a sail from a polar grid and make it current (without FILE:\n"
+    "                     to no tables, the default corrections and no damping). GRID is text:\n"
+    "                     a first line of wind speeds (knots, ascending, at most 11) after a\n"
+    "                     corner cell such as TWA\\TWS, then lines of a true wind angle\n"
+    "                     (degrees, ascending) and the boat speeds (knots) at it; fields\n"
+    "                     separated by tabs, semicolons, commas or blanks, '.' as decimal\n"
+    "                     point. What was left out of the grid is said on standard error.\n"
+    "  --name NAME        the imported sail's name; default GRID's name less its extension\n"
     "  --write OUT        write the tables back to OUT in the program's own layout\n"
     "  -h, --help         this text\n"
     "  -v, --version      the program's name and version\n\n"
-    "Exit status: 0 the file read cleanly, 1 it could not be read, reading reported a problem\n"
-    "or OUT could not be written, 2 usage error.\n";
+    "Exit status: 0 the file read cleanly, 1 it could not be read, reading reported a problem,\n"
+    "the grid could not be imported (nothing is written then) or OUT could not be written,\n"
+    "2 usage error.\n";
 
 constexpr const char* kClassNames[] = {"Upwind", "Reaching", "Downwind"};
 
@@ -55,7 +70,9 @@ struct WindPoint {
 };
 
 struct Options {
-    std::string file;
+    std::string file;  // empty with --import alone: the import starts from no tables
+    std::optional<std::string> importFrom;
+    std::optional<std::string> name;
     bool json = false;
     std::optional<WindPoint> target;
     std::optional<WindPoint> correct;
@@ -85,7 +102,9 @@ std::optional<Options> ParseOptions(const Arguments& args, int& status) {
     const QCommandLineOption correct(QStringLiteral("correct"), QString(),
                                      QStringLiteral("TWA,TWS"));
     const QCommandLineOption write(QStringLiteral("write"), QString(), QStringLiteral("OUT"));
-    parser.addOptions({json, target, correct, write});
+    const QCommandLineOption import(QStringLiteral("import"), QString(), QStringLiteral("GRID"));
+    const QCommandLineOption name(QStringLiteral("name"), QString(), QStringLiteral("NAME"));
+    parser.addOptions({json, target, correct, write, import, name});
     if (const auto ended = ParseSubcommand(parser, args, "polar", kUsage)) {
         status = *ended;
         return std::nullopt;
@@ -111,14 +130,25 @@ std::optional<Options> ParseOptions(const Arguments& args, int& status) {
     if (parser.isSet(write)) {
         options.writeTo = Bytes(parser.value(write));
     }
+    if (parser.isSet(import)) {
+        options.importFrom = Bytes(parser.value(import));
+    }
+    if (parser.isSet(name)) {
+        if (!options.importFrom) {
+            return fail("--name names an imported sail: it needs --import GRID");
+        }
+        options.name = Bytes(parser.value(name));
+    }
     const QStringList files = parser.positionalArguments();
-    if (files.isEmpty()) {
+    if (files.isEmpty() && !options.importFrom) {
         return fail("FILE is missing");
     }
     if (files.size() > 1) {
         return fail("one FILE only");
     }
-    options.file = Bytes(files.front());
+    if (!files.isEmpty()) {
+        options.file = Bytes(files.front());
+    }
     return options;
 }
 
@@ -220,7 +250,11 @@ void PrintSummary(const Options& options, const PerformanceTables& tables,
                   const PolarReadReport& report) {
     // The path and the messages that carry it are printed as given on the command line; the
     // sails' 8-bit names are turned into UTF-8 for the terminal.
-    std::printf("Polar file %s\n", options.file.c_str());
+    if (options.file.empty()) {
+        std::printf("No polar file: the import starts from no tables\n");
+    } else {
+        std::printf("Polar file %s\n", options.file.c_str());
+    }
     std::printf("Damping factor %s\n", Format(tables.DampingFactor, "0.0000", 0).c_str());
 
     const CorrectionTable& c = tables.Correction;
@@ -288,7 +322,8 @@ void PrintSummary(const Options& options, const PerformanceTables& tables,
     }
 
     if (report.messages.empty()) {
-        std::printf("\nNo messages: the file reads cleanly.\n");
+        std::printf(options.file.empty() ? "\nNo messages.\n"
+                                         : "\nNo messages: the file reads cleanly.\n");
     } else {
         std::printf("\nMessages the program would show:\n");
         for (const std::string& message : report.messages) {
@@ -305,7 +340,8 @@ void PrintSummary(const Options& options, const PerformanceTables& tables,
 nlohmann::json ReportJson(const Options& options, const PerformanceTables& tables,
                           const PolarReadReport& report) {
     nlohmann::json out;
-    out["file"] = Latin1ToUtf8(options.file);
+    out["file"] =
+        options.file.empty() ? nlohmann::json(nullptr) : nlohmann::json(Latin1ToUtf8(options.file));
     out["dampingFactor"] = JsonNumber(tables.DampingFactor);
     out["correction"] = CorrectionJson(tables.Correction);
     nlohmann::json sails = nlohmann::json::array();
@@ -334,6 +370,44 @@ nlohmann::json ReportJson(const Options& options, const PerformanceTables& table
     return out;
 }
 
+// The sail's name when --name is not given: the grid file's name less its extension, or
+// "Imported" when that leaves nothing.
+std::string DefaultSailName(const std::string& grid) {
+    const std::string stem = std::filesystem::path(grid).stem().string();
+    return stem.empty() ? std::string("Imported") : stem;
+}
+
+// Reads the grid, makes it a table and adds it to `set` as the current sail; the notes of
+// what was left out go to standard error. On failure `set` is as it was.
+Status ImportInto(const FileSystem& files, const Options& options, PolarSet& set) {
+    const std::string& grid = *options.importFrom;
+    const Result<std::string> text = files.ReadFile(grid);
+    if (!text.Ok()) {
+        return text.GetStatus();
+    }
+    const Result<PolarImport> import =
+        ImportPolarGrid(text.Value(), options.name ? *options.name : DefaultSailName(grid));
+    if (!import.Ok()) {
+        const Status& why = import.GetStatus();
+        return Status::Failure(why.Action(), why.Object() + " " + grid, why.Reason());
+    }
+    const Result<std::string> added = AddImportedTable(set, import.Value().table);
+    if (!added.Ok()) {
+        return added.GetStatus();
+    }
+    const std::string notes = import.Value().message + "\n" + added.Value();
+    std::size_t start = 0;
+    while (start < notes.size()) {
+        const std::size_t end = std::min(notes.find('\n', start), notes.size());
+        if (end > start) {
+            const std::string note = notes.substr(start, end - start);
+            std::fprintf(stderr, "wakeline-tool polar: %s: %s\n", grid.c_str(), note.c_str());
+        }
+        start = end + 1;
+    }
+    return {};
+}
+
 }  // namespace
 
 int RunPolar(const Arguments& args) {
@@ -346,10 +420,20 @@ int RunPolar(const Arguments& args) {
     StdFileSystem files;
     PerformanceTables tables;
     tables.Correction = DefaultCorrectionTable();
-    const PolarReadReport report = ReadPolarFile(files, options->file, tables);
-    if (!report.fileStatus.Ok()) {
-        std::fprintf(stderr, "wakeline-tool polar: %s\n", report.fileStatus.Message().c_str());
-        return 1;
+    PolarReadReport report;
+    if (!options->file.empty()) {
+        report = ReadPolarFile(files, options->file, tables);
+        if (!report.fileStatus.Ok()) {
+            std::fprintf(stderr, "wakeline-tool polar: %s\n", report.fileStatus.Message().c_str());
+            return 1;
+        }
+    }
+    if (options->importFrom) {
+        const Status imported = ImportInto(files, *options, tables.Polars);
+        if (!imported.Ok()) {
+            std::fprintf(stderr, "wakeline-tool polar: %s\n", imported.Message().c_str());
+            return 1;
+        }
     }
 
     std::optional<Status> written;

@@ -57,4 +57,45 @@ TEST(PolarCommand, WritesTheTablesBackSoTheyReadTheSameAndFailsOnBadFiles) {
     EXPECT_EQ(RunTool({kData + "corrupt.txt"}).status, 1);
 }
 
+TEST(PolarCommand, ImportsAGridAsTheCurrentSailAndRefusesOneItCannotRead) {
+    const auto dir = std::filesystem::temp_directory_path() /
+                     ("wakeline_polar_import_test_" + std::to_string(getpid()));
+    std::filesystem::create_directories(dir);
+    const std::string grids = std::string(WAKELINE_TEST_DATA) + "/polar_import/";
+    const std::string out = (dir / "WakelinePolar.txt").string();
+
+    // No polar file: the grid becomes the only sail, named after its file, and current.
+    ASSERT_EQ(RunTool({"--import", grids + "zero_rows.txt", "--write", out}).status, 0);
+    const auto read = RunTool({out, "--json", "--target", "60,12"});
+    ASSERT_EQ(read.status, 0) << read.out;
+    const auto json = nlohmann::json::parse(read.out);
+    EXPECT_EQ(json["dampingFactor"], 1.0);
+    EXPECT_EQ(json["correction"]["speedCount"], 6);
+    ASSERT_EQ(json["tables"].size(), 1u);
+    EXPECT_EQ(json["current"], 0);
+    const auto& sail = json["tables"][0];
+    EXPECT_EQ(sail["name"], "zero_rows");
+    // 0 kt and the 100 degree row left out; 8 kt from 42 degrees, 12 kt from 38.
+    EXPECT_EQ(sail["columnAngles"], nlohmann::json::parse("[42, 60, 135]"));
+    EXPECT_EQ(sail["rows"], nlohmann::json::parse(R"([{"windSpeed": 8, "twaMin": 42},
+                                                      {"windSpeed": 12, "twaMin": 38}])"));
+    EXPECT_EQ(sail["cells"], nlohmann::json::parse("[[5.1, 5.1, 6.0, 6.2], [5.0, 5.9, 6.8, 7.6]]"));
+    EXPECT_EQ(json["target"], 6.8);
+
+    // Onto a polar file of two sails, under a name of its own: the third sail, current.
+    const auto onto = RunTool({kData + "WakelinePolar.txt", "--import", grids + "genoa_tab.txt",
+                               "--name", "Code0", "--json"});
+    ASSERT_EQ(onto.status, 0);
+    const auto three = nlohmann::json::parse(onto.out);
+    EXPECT_EQ(three["current"], 2);
+    EXPECT_EQ(three["tables"][2]["name"], "Code0");
+    EXPECT_EQ(three["tables"][2]["columnCount"], 6);
+
+    // A grid of twelve wind speeds is refused and nothing is written.
+    const std::string refused = (dir / "refused.txt").string();
+    EXPECT_EQ(RunTool({"--import", grids + "many_speeds.txt", "--write", refused}).status, 1);
+    EXPECT_FALSE(std::filesystem::exists(refused));
+    std::filesystem::remove_all(dir);
+}
+
 }  // namespace
