@@ -5,6 +5,7 @@
 
 #include "base/number_format.h"
 #include "base/text_number.h"
+#include "performance/polar_import.h"
 #include "performance/wind_correction.h"
 
 namespace wakeline {
@@ -192,6 +193,25 @@ void TablesEditor::CheckSail(int index, bool checked) {
         set.Current = -1;
     }
     changed_ = true;
+}
+
+Result<std::string> TablesEditor::ImportTable(std::string_view gridText, std::string name) {
+    Result<PolarImport> imported = ImportPolarGrid(gridText, std::move(name));
+    if (!imported.Ok()) {
+        return imported.GetStatus();
+    }
+    PolarImport import = std::move(imported).Value();
+    const Result<std::string> added = AddImportedTable(tables_.Polars, std::move(import.table));
+    if (!added.Ok()) {
+        return added.GetStatus();
+    }
+    changed_ = true;
+    selectedSail_ = tables_.Polars.Current;
+    std::string note = import.message;
+    if (!added.Value().empty()) {
+        note += (note.empty() ? "" : "\n") + added.Value();
+    }
+    return note;
 }
 
 void TablesEditor::TakeDampingText(std::string_view text) {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/status.h"
 #include "performance/performance_tables.h"
 
 namespace wakeline {
@@ -76,6 +77,11 @@ class TablesEditor {
     // Checking a sail makes it current (only one is ever checked); unchecking the current one
     // leaves none current.
     void CheckSail(int index, bool checked);
+
+    // "Import polar...": a designer's grid (see polar_import.h) becomes a new sail, shown and
+    // current. The value is what the sailor should read (what was left out), empty when the
+    // whole grid came in; a grid that cannot be read changes nothing and says why.
+    Result<std::string> ImportTable(std::string_view gridText, std::string name);
 
     // The damping field's text, taken on a click, on leaving it and at the close: clamped into
     // 0..1. A text the sailor did not change leaves the tables unchanged.

@@ -1,12 +1,17 @@
 #include "performance/window/tables_window.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -64,6 +69,15 @@ TablesWindow::TablesWindow(TablesEditor& editor, QWidget* parent)
                                    "true wind speed (rows) and angle (columns)"),
                                 this));
     polar->addWidget(NewGrid(TablesGrid::Polar, "MSFPT"), 3);
+    auto* import = new QPushButton(tr("Import polar..."), this);
+    import->setObjectName("cmdImport");
+    import->setAutoDefault(false);
+    import->setToolTip(
+        tr("A polar grid from a designer or a rating certificate: wind speeds "
+           "across the first line, true wind angles down the first column, "
+           "separated by tabs, semicolons or commas"));
+    connect(import, &QPushButton::clicked, this, [this] { ImportFromFile(); });
+    polar->addWidget(import, 0, Qt::AlignLeft);
     columns->addLayout(polar, 7);
 
     editor_ = new QLineEdit(this);
@@ -98,6 +112,44 @@ TablesWindow::TablesWindow(TablesEditor& editor, QWidget* parent)
     });
     Refill();
     resize(1000, 760);
+}
+
+void TablesWindow::ImportFromFile() {
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("Import polar"), QString(),
+                                     tr("Polar grids (*.txt *.csv *.pol *.tsv);;All files (*)"));
+    if (!path.isEmpty()) {
+        ImportGrid(path);
+    }
+}
+
+void TablesWindow::ImportGrid(const QString& path) {
+    QFile file(path);
+    // A grid is a few kilobytes; a file far larger is not one.
+    constexpr qint64 kLargestGrid = 1 << 20;
+    const auto tell = [this](const QString& text) {
+        QMessageBox::information(this, QStringLiteral("Wakeline"), text);
+    };
+    if (!file.open(QIODevice::ReadOnly)) {
+        tell(tr("Cannot read %1: %2").arg(path, file.errorString()));
+        return;
+    }
+    if (file.size() > kLargestGrid) {
+        tell(tr("%1 is too large for a polar grid").arg(path));
+        return;
+    }
+    const QByteArray bytes = file.readAll();
+    const Result<std::string> imported = editor_core_.ImportTable(
+        std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())),
+        ToLatin1(QFileInfo(path).completeBaseName()));
+    if (!imported.Ok()) {
+        tell(FromLatin1(imported.GetStatus().Message()));
+        return;
+    }
+    Refill();
+    if (!imported.Value().empty()) {
+        tell(FromLatin1(imported.Value()));
+    }
 }
 
 void TablesWindow::ShowLiveWind(std::optional<float> twaDegrees, std::optional<float> twsKnots) {

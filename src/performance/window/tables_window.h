@@ -34,8 +34,11 @@ class TablesWindow : public QDialog {
     void ShowLiveWind(std::optional<float> twaDegrees, std::optional<float> twsKnots);
     // Stores an open edit; the run calls it, then takes the damping text, before closing.
     void CommitOpenEdit();
-    // The tables changed outside the window (an import): show them again.
+    // Shows every grid, the sails and the diagram from the tables again.
     void Refill();
+    // "Import polar...": the grid in the file becomes a new sail, current and shown; what was
+    // left out of it, or why it could not be read, is told in a message.
+    void ImportGrid(const QString& path);
 
   Q_SIGNALS:
     // The polar grid shows another sail, or one of its values changed.
@@ -52,6 +55,7 @@ class TablesWindow : public QDialog {
     bool OpenEditor(TablesGrid grid, std::optional<int> keyCode);
     void CloseEditor(bool store);
     void MoveAfterEdit(int step);
+    void ImportFromFile();
 
     TablesEditor& editor_core_;
     std::array<QTableWidget*, 3> grids_{};

@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 
 #include "base/file_system.h"
 #include "performance/polar_file_reader.h"
@@ -93,6 +95,19 @@ TEST(TablesWindow, CheckingASecondSailUnchecksTheFirstAndMakesItCurrent) {
     EXPECT_EQ(t.polar->columnCount(), 3 + 3);
     sails->item(0)->setCheckState(Qt::Unchecked);
     EXPECT_EQ(t.tables.Polars.Current, -1);
+
+    // An imported grid is a third sail, checked and shown; a note would come as a box.
+    QTimer::singleShot(0, [] {
+        if (QWidget* box = QApplication::activeModalWidget()) {
+            box->close();
+        }
+    });
+    t.window.ImportGrid(WAKELINE_TEST_DATA "/polar_import/genoa_tab.txt");
+    ASSERT_EQ(sails->count(), 3);
+    EXPECT_EQ(sails->item(2)->text(), "genoa_tab");
+    EXPECT_EQ(sails->item(2)->checkState(), Qt::Checked);
+    EXPECT_EQ(t.polar->rowCount(), 1 + 3);
+    EXPECT_TRUE(t.editor.TablesChanged());
 }
 
 }  // namespace
