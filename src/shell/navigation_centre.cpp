@@ -8,6 +8,7 @@
 #include "performance/table_defaults.h"
 #include "shell/command_line.h"
 #include "wind/wind_file.h"
+#include "wind/wind_graph.h"
 
 namespace wakeline {
 namespace {
@@ -428,6 +429,28 @@ void NavigationCentre::CloseTables(TablesEditor& editor, std::string_view dampin
         return;
     }
     log_.DebugWriteLine("Polar tables written: " + path);
+}
+
+void NavigationCentre::SetWindGraphOpen(std::function<void()> redraw) {
+    windGraphOpen_ = static_cast<bool>(redraw);
+    track_.SetGraphRedraw(std::move(redraw));
+}
+
+std::optional<DateTime> NavigationCentre::AskGraphStart() {
+    const std::optional<std::string> entry = dialogs_.AskText(
+        "enter start time HH:MM\r\nor date/time: yyyy/mm/dd HH:MM", "Change Start Time");
+    if (!entry || entry->empty()) {
+        return std::nullopt;
+    }
+    // An "HH:MM" is on the day of the newest observation.
+    const DateTime reference = windHistory_.Count > 0
+                                   ? windHistory_.Obs[static_cast<std::size_t>(windHistory_.Count - 1)].Time
+                                   : clock_.NowUtc();
+    const std::optional<DateTime> start = ParseGraphStart(*entry, reference);
+    if (!start) {
+        dialogs_.ShowMessage("Invalid time value: " + *entry);
+    }
+    return start;
 }
 
 HelpContent NavigationCentre::Help() const {

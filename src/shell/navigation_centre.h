@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -142,6 +143,13 @@ class NavigationCentre : private DataLineSink {
     // file is written beside the track files (a failure is shown). The tables are in use for
     // the next data line, with a sail checked or none.
     void CloseTables(TablesEditor& editor, std::string_view dampingText);
+    // cmdWind: while the wind graph is open every track record redraws it through `redraw`;
+    // an empty one says the graph closed.
+    void SetWindGraphOpen(std::function<void()> redraw);
+    bool WindGraphOpen() const { return windGraphOpen_; }
+    // A double click on the graph's start: asks for the new start, answers a bad entry with
+    // "Invalid time value: " + the entry. Empty on Cancel, an empty answer or a bad entry.
+    std::optional<DateTime> AskGraphStart();
     // What the help window shows (cmdHelp).
     HelpContent Help() const;
     // The window's own settings, remembered for the next start.
@@ -211,6 +219,7 @@ class NavigationCentre : private DataLineSink {
     LinkStatusText linkStatus_;
     DisplayLayout layout_;
     std::size_t shownLastRow_ = kFieldSpd;  // the last row the window shows
+    bool windGraphOpen_ = false;
     ChartPlotterLink link_;
     PerformanceTables performance_;
     TableLookup tableLookup_{performance_};

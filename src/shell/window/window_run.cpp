@@ -15,6 +15,8 @@
 #include "shell/platform/signal_watcher.h"
 #include "shell/window/help_window.h"
 #include "shell/window/message_box_dialogs.h"
+#include "wind/window/wind_graph_window.h"
+#include "wind/wind_graph_settings.h"
 
 namespace wakeline {
 namespace {
@@ -65,6 +67,7 @@ struct WindowRun::Parts {
     RunSources sources;
     SignalWatcher termination;
     QPointer<HelpWindow> help;
+    QPointer<WindGraphWindow> graph;
     TablesWindow* tables = nullptr;  // while the tables window is open
     std::uint64_t appliedLayout = 0;
     bool resizing = false;
@@ -75,7 +78,12 @@ struct WindowRun::Parts {
 WindowRun::WindowRun(ProgramOptions options, UserDialogs* dialogs, QObject* parent)
     : QObject(parent), options_(std::move(options)), dialogsOverride_(dialogs) {}
 
-WindowRun::~WindowRun() = default;
+WindowRun::~WindowRun() {
+    // The graph goes with the main window; the run must not hear of it by then.
+    if (parts_ && parts_->graph) {
+        parts_->graph->disconnect(this);
+    }
+}
 
 MainWindow& WindowRun::Window() {
     return parts_->window;
@@ -121,14 +129,19 @@ int WindowRun::Start() {
         window.SetCommandEnabled(CommandButton::Tab, true,
                                  "The polar tables, wind corrections and damping");
     }
-    window.SetCommandEnabled(CommandButton::Wind, false,
-                             "The wind graph comes with a later version");
+    window.SetCommandEnabled(CommandButton::Wind, true,
+                             "The last hour of true wind, and when it will shift next");
     window.SetCloseHandler([this] { return AskToClose(); });
     connect(&window, &MainWindow::commandClicked, this,
             [this](CommandButton button) { OnCommand(static_cast<int>(button)); });
     connect(&window, &MainWindow::resized, this, [this] { OnResized(); });
-    connect(&window, &MainWindow::nightToggled, this,
-            [this](bool on) { parts_->centre.SetNightPalette(on); });
+    connect(&window, &MainWindow::nightToggled, this, [this](bool on) {
+        parts_->centre.SetNightPalette(on);
+        if (parts_->graph) {
+            parts_->graph->setPalette(parts_->window.palette());
+            parts_->graph->SetNight(on);
+        }
+    });
     connect(&window, &MainWindow::stayOnTopToggled, this,
             [this](bool on) { parts_->centre.SetStayOnTop(on); });
     connect(&parts_->termination, &SignalWatcher::terminationRequested, this,
@@ -168,6 +181,7 @@ void WindowRun::OnCommand(int button) {
             OpenTables();
             break;
         case CommandButton::Wind:
+            OpenWindGraph();
             break;
     }
 }
@@ -184,6 +198,38 @@ void WindowRun::OpenTables() {
     const QByteArray damping = tables.DampingField()->text().toLatin1();
     parts_->centre.CloseTables(
         *editor, std::string_view(damping.constData(), static_cast<std::size_t>(damping.size())));
+}
+
+WindGraphWindow* WindowRun::OpenWindGraph() {
+    NavigationCentre& centre = parts_->centre;
+    if (!parts_->graph) {
+        auto* graph = new WindGraphWindow(centre.WindHistory(),
+                                          LoadWindGraphSettings(parts_->machine.settings),
+                                          &parts_->window);
+        parts_->graph = graph;
+        graph->setPalette(parts_->window.palette());
+        graph->SetNight(centre.State().NightPalette);
+        // Open: every track record redraws it. Closed (it deletes itself): no more.
+        centre.SetWindGraphOpen([graph] { graph->Redraw(); });
+        connect(graph, &QObject::destroyed, this,
+                [this] { parts_->centre.SetWindGraphOpen({}); });
+        connect(graph, &WindGraphWindow::startChangeRequested, this, [this] {
+            if (const auto start = parts_->centre.AskGraphStart(); start && parts_->graph) {
+                parts_->graph->SetStart(*start);
+            }
+        });
+        connect(graph, &WindGraphWindow::settingsChanged, this, [this] {
+            const Status stored =
+                StoreWindGraphSettings(parts_->machine.settings, parts_->graph->Settings());
+            if (!stored.Ok()) {
+                parts_->centre.DebugWriteLine("Wind graph settings not stored: " +
+                                              stored.Message());
+            }
+        });
+    }
+    parts_->graph->show();
+    parts_->graph->raise();
+    return parts_->graph;
 }
 
 HelpWindow* WindowRun::OpenHelp() {

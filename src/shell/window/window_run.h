@@ -16,6 +16,7 @@ class HelpWindow;
 class MainWindow;
 class MessageBoxDialogs;
 class TablesWindow;
+class WindGraphWindow;
 class NavigationCentre;
 class UserDialogs;
 
@@ -40,6 +41,8 @@ class WindowRun : public QObject {
     // cmdTab: shows the tables window modally; returns once it is closed and the tables are
     // in use (and saved when changed).
     void OpenTables();
+    // cmdWind: opens the wind graph beside the main window, or raises the one that is open.
+    WindGraphWindow* OpenWindGraph();
 
   Q_SIGNALS:
     // The run has closed with this exit status: the program ends its event loop.
