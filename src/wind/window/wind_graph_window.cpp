@@ -218,6 +218,7 @@ void WindGraphCanvas::SetNight(bool on) {
 void WindGraphCanvas::Show(WindGraphModel model, const WindGraphSettings& settings,
                            std::optional<SineFit> fit) {
     model_ = std::move(model);
+    message_ = model_.empty ? QStringLiteral("Cannot draw wind, no winddata (yet)") : QString();
     settings_ = settings;
     fit_ = std::move(fit);
     axisEnd_ = model_.end;
@@ -258,7 +259,7 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
     const QColor text = palette().color(QPalette::WindowText);
     if (model_.empty) {
         painter.setPen(text);
-        painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("Cannot draw wind, no winddata (yet)"));
+        painter.drawText(rect(), Qt::AlignCenter, message_);
         return;
     }
     const QRectF plot = Plot();

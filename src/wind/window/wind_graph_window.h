@@ -78,6 +78,8 @@ class WindGraphCanvas : public QWidget {
     void Show(WindGraphModel model, const WindGraphSettings& settings,
               std::optional<SineFit> fit);
     void SetNight(bool on);
+    // What the graph says instead of curves ("Cannot draw wind, no winddata (yet)"), or empty.
+    const QString& Message() const { return message_; }
     // The read-out under the pointer, empty when the pointer is off the curves.
     const QString& ReadOut() const { return readOut_; }
 
@@ -97,6 +99,7 @@ class WindGraphCanvas : public QWidget {
     std::optional<SineFit> fit_;
     DateTime axisEnd_ = 0;  // the newest observation, or the fit's last foretold turn
     QString readOut_;
+    QString message_;
     bool night_ = false;
 };
 

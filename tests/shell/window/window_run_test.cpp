@@ -29,6 +29,7 @@
 #include "shell/navigation_centre.h"
 #include "shell/window/help_window.h"
 #include "shell/window/message_box_dialogs.h"
+#include "wind/window/wind_graph_window.h"
 #include "support/fakes.h"
 
 namespace wakeline {
@@ -216,6 +217,28 @@ TEST(WindowRun, TheTablesAreSavedOnlyWhenChangedAndUsedForTheNextLine) {
     EXPECT_EQ(before.substr(0, 4), after.substr(0, 4));  // the water speed itself
     EXPECT_GT(std::stod(after.substr(after.find("T:") + 2)),
               std::stod(before.substr(before.find("T:") + 2)));
+}
+
+TEST(WindowRun, TheWindGraphIsRedrawnByTrackRecordsAndAsksForItsStart) {
+    Boat boat;
+    boat.Start();
+    WindGraphWindow* graph = boat.run->OpenWindGraph();
+    EXPECT_TRUE(boat.Centre().WindGraphOpen());
+    EXPECT_EQ(graph->Canvas()->Message(), "Cannot draw wind, no winddata (yet)");
+
+    // Track Time is one second: a line a second later is a record, which redraws the graph.
+    ASSERT_TRUE(boat.Send(kLine));
+    QTest::qWait(1100);
+    ASSERT_TRUE(boat.Send(kWaypointLine));
+    ASSERT_GT(boat.Centre().WindHistory().Count, 0);
+    EXPECT_EQ(graph->Canvas()->Message(), "");
+
+    boat.dialogs.textAnswer = "25:99";
+    QTest::mouseDClick(graph->StartLabel(), Qt::LeftButton);
+    EXPECT_EQ(boat.dialogs.messages.back(), "Invalid time value: 25:99");
+
+    graph->close();
+    QTRY_VERIFY(!boat.Centre().WindGraphOpen());
 }
 
 TEST(HelpWindow, ShowsTheFileBesideTheProgramOrTheBuiltInHelp) {
