@@ -9,6 +9,9 @@ namespace {
 
 constexpr double kMinutesPerDay = 1440.0;
 constexpr double kTwoPi = 2.0 * std::numbers::pi;
+// At most this many periods are tried on the grid (about 8 hours of observations at the finest
+// spacing), which keeps a full history's fit within a few milliseconds.
+constexpr double kMostGridPoints = 4000.0;
 
 // The observations a fit uses: minutes relative to the last one (so never large), and the
 // unwrapped directions less their plain mean (so the normal equations stay well conditioned).
@@ -131,7 +134,8 @@ std::optional<SineFit> FitWindOscillation(const WindData& history, DateTime star
     std::vector<double> raw;
     for (int i = 0; i < count; ++i) {
         const WindObservation& o = history.Obs[static_cast<std::size_t>(i)];
-        if (o.Time >= start) {
+        // A value that is not a number carries nothing to fit.
+        if (o.Time >= start && std::isfinite(o.Time) && std::isfinite(o.Direction)) {
             times.push_back(o.Time);
             raw.push_back(o.Direction);
         }
@@ -142,7 +146,7 @@ std::optional<SineFit> FitWindOscillation(const WindData& history, DateTime star
     const DateTime last = times.back();
     const auto [earliest, latest] = std::minmax_element(times.begin(), times.end());
     const double spanMinutes = (*latest - *earliest) * kMinutesPerDay;
-    if (!(spanMinutes >= kShortestPeriodMinutes)) {
+    if (!(spanMinutes >= kShortestPeriodMinutes) || !std::isfinite(spanMinutes)) {
         return std::nullopt;
     }
 
@@ -168,7 +172,9 @@ std::optional<SineFit> FitWindOscillation(const WindData& history, DateTime star
     // e^(i w t) is turned by a fixed step per grid point instead of calling sin and cos anew.
     const double lowest = 1.0 / std::min(kLongestPeriodMinutes, spanMinutes);
     const double highest = 1.0 / kShortestPeriodMinutes;
-    const double step = 1.0 / (4.0 * spanMinutes);
+    // A history continued over days would need a grid of tens of thousands of points; beyond
+    // kMostGridPoints the grid coarsens, and the refinement still finds a peak it lands near.
+    const double step = std::max(1.0 / (4.0 * spanMinutes), (highest - lowest) / kMostGridPoints);
     const int points = static_cast<int>(std::floor((highest - lowest) / step)) + 1;
     const std::size_t n = times.size();
     std::vector<double> re(n), im(n), stepRe(n), stepIm(n);

@@ -32,12 +32,14 @@ struct Axis {
 
 Axis TickedAxis(double lo, double hi, const std::vector<double>& steps, int least, int most) {
     Axis axis;
+    // Past the list, whole tens of its last step, so that even an absurd value gets few ticks.
     double step = steps.back();
-    for (double candidate : steps) {
+    for (std::size_t i = 0;; ++i) {
+        const double candidate = i < steps.size() ? steps[i] : step * 10.0;
         const double first = std::floor(lo / candidate) * candidate;
         const double last = std::ceil(hi / candidate) * candidate;
-        if (std::lround((last - first) / candidate) + 1 <= most) {
-            step = candidate;
+        step = candidate;
+        if ((last - first) / candidate + 1 <= most + 0.5) {
             break;
         }
     }
@@ -110,7 +112,9 @@ WindGraphModel MakeWindGraph(const WindData& history, DateTime start) {
     std::vector<double> directions;
     for (int i = 0; i < HeldCount(history); ++i) {
         const WindObservation& o = Observation(history, i);
-        if (o.Time >= start) {
+        // A value that is not a number cannot be drawn; the rest of the history still can.
+        if (o.Time >= start && std::isfinite(o.Time) && std::isfinite(o.Direction) &&
+            std::isfinite(o.Speed)) {
             model.points.push_back({o.Time, o.Direction, o.Speed});
             directions.push_back(o.Direction);
         }
@@ -154,11 +158,11 @@ WindGraphModel MakeWindGraph(const WindData& history, DateTime start) {
          {1.0, 2.0, 5.0, 10.0, 15.0, 30.0, 60.0, 120.0, 180.0, 360.0, 720.0, 1440.0}) {
         const double first = std::ceil(startMinute / step - kTimeSlack * kMinutesPerDay);
         const double last = std::floor(endMinute / step + kTimeSlack * kMinutesPerDay);
-        if (last - first + 1 > 8) {
+        if (!(last - first + 1 <= 8)) {
             continue;
         }
-        for (double k = first; k <= last; k += 1.0) {
-            model.timeTicks.push_back(k * step / kMinutesPerDay);
+        for (int k = 0; k <= static_cast<int>(last - first); ++k) {
+            model.timeTicks.push_back((first + k) * step / kMinutesPerDay);
         }
         break;
     }
@@ -230,6 +234,8 @@ WindObservation AverageLastMinutes(const WindData& history, double minutes) {
     while (within < count && Observation(history, count - 1 - within).Time >= cutoff - kTimeSlack) {
         ++within;
     }
+    // The newest observation always lies within its own span, whatever `minutes` holds.
+    within = std::max(within, 1);
     return AverageWind(history, static_cast<std::int16_t>(within), reference);
 }
 
