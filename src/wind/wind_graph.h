@@ -30,7 +30,7 @@ struct WindGraphModel {
     double speedMax = 10;                // axis 0..speedMax knots, a whole tick multiple
     std::vector<double> speedTicks;      // every 1/2/5/10/20/50 knots from 0, 4..8 ticks
     std::vector<DateTime> timeTicks;     // on whole 1/2/5/10/15/30/60... minutes of UTC, at
-                                         // most 8; 3 or more once the axis spans 2 minutes
+                                         // most 8; 3 or more once the axis spans 3 minutes
 };
 
 // Directions unwrapped around their circular mean, so 355, 5, 358 read as 355, 365, 358. The
