@@ -12,6 +12,7 @@ int RunDisplay(const Arguments& args);
 int RunPolar(const Arguments& args);
 int RunSeaTalk(const Arguments& args);
 int RunSimulate(const Arguments& args);
+int RunWind(const Arguments& args);
 
 // Each subcommand's file defines its entry point; the table names them in one place.
 const std::vector<Command>& AllCommands() {
@@ -21,6 +22,7 @@ const std::vector<Command>& AllCommands() {
         {"seatalk", "monitor a SeaTalk bus or a recorded stream: datagrams and data lines",
          RunSeaTalk},
         {"simulate", "a made-up voyage as data lines, the demo's data source", RunSimulate},
+        {"wind", "show a saved wind history, its recent averages and its oscillation", RunWind},
     };
     return commands;
 }
