@@ -443,9 +443,10 @@ std::optional<DateTime> NavigationCentre::AskGraphStart() {
         return std::nullopt;
     }
     // An "HH:MM" is on the day of the newest observation.
-    const DateTime reference = windHistory_.Count > 0
-                                   ? windHistory_.Obs[static_cast<std::size_t>(windHistory_.Count - 1)].Time
-                                   : clock_.NowUtc();
+    const DateTime reference =
+        windHistory_.Count > 0
+            ? windHistory_.Obs[static_cast<std::size_t>(windHistory_.Count - 1)].Time
+            : clock_.NowUtc();
     const std::optional<DateTime> start = ParseGraphStart(*entry, reference);
     if (!start) {
         dialogs_.ShowMessage("Invalid time value: " + *entry);

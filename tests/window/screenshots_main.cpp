@@ -1,11 +1,13 @@
 // wakeline_screenshots OUTDIR REPLAY COMMANDLINE: runs the navigation centre's window on a
 // replayed voyage and saves PNGs of the main window at its default and its minimum width, by
-// day and by night, of the help window and of the tables window. scripts/screenshots.sh runs it
+// day and by night, of the help window, the tables window and the wind graph (an hour of
+// oscillating wind with its fit, at night, and empty). scripts/screenshots.sh runs it
 // under Xvfb.
 
 #include <QApplication>
 #include <QDir>
 #include <QTimer>
+#include <cmath>
 #include <cstdio>
 
 #include "display/window/main_window.h"
@@ -14,6 +16,7 @@
 #include "shell/navigation_centre.h"
 #include "shell/window/help_window.h"
 #include "shell/window/window_run.h"
+#include "wind/window/wind_graph_window.h"
 
 namespace {
 
@@ -23,6 +26,42 @@ bool Save(QWidget& widget, const QString& path) {
     std::printf("%s %s (%dx%d)\n", saved ? "saved" : "FAILED", qPrintable(path), widget.width(),
                 widget.height());
     return saved;
+}
+
+// An hour of wind oscillating 12 degrees either side of 240 every 8 minutes, with a slower
+// swing of the speed and a little deterministic chop, one observation every 10 seconds: what a
+// sea breeze over a headland looks like.
+wakeline::WindData OscillatingHour() {
+    wakeline::WindData history;
+    const wakeline::DateTime start = wakeline::DateTimeFromFields({2026, 6, 1, 13, 0, 0});
+    unsigned chop = 12345;
+    for (int i = 0; i < 360; ++i) {
+        chop = chop * 1103515245U + 12345U;
+        const double noise = static_cast<double>((chop >> 16) % 1000) / 1000.0 - 0.5;
+        const double minutes = i / 6.0;
+        const double direction = 240 + 12 * std::sin(2 * M_PI * minutes / 8) + 3 * noise;
+        const double speed = 14 + 2.5 * std::sin(2 * M_PI * minutes / 23) + noise;
+        wakeline::AddWindObservation(history, static_cast<float>(speed),
+                                     static_cast<float>(direction), start + i * 10.0 / 86400.0, 1);
+    }
+    return history;
+}
+
+int SaveWindGraphs(const QDir& out, const QPalette& night) {
+    int failures = 0;
+    const wakeline::WindData history = OscillatingHour();
+    wakeline::WindGraphWindow graph(history, wakeline::WindGraphSettings{});
+    graph.show();
+    graph.Fit();
+    failures += Save(graph, out.filePath("wind.png")) ? 0 : 1;
+    graph.setPalette(night);
+    graph.SetNight(true);
+    failures += Save(graph, out.filePath("wind-night.png")) ? 0 : 1;
+    const wakeline::WindData empty;
+    wakeline::WindGraphWindow none(empty, wakeline::WindGraphSettings{});
+    none.show();
+    failures += Save(none, out.filePath("wind-empty.png")) ? 0 : 1;
+    return failures;
 }
 
 }  // namespace
@@ -69,6 +108,10 @@ int main(int argc, char** argv) {
                              });
                          });
         run.OpenTables();  // returns once the tables window has been saved and closed
+        window.SetNight(true);
+        const QPalette night = window.palette();
+        window.SetNight(false);
+        failures += SaveWindGraphs(out, night);
         QCoreApplication::exit(failures == 0 ? 0 : 1);
     });
     return QApplication::exec();

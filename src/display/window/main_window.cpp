@@ -235,6 +235,8 @@ void MainWindow::ApplyColours() {
         palette.setColor(QPalette::WindowText, ColourOf(kNightColours.text));
         palette.setColor(QPalette::Button, ColourOf(kNightColours.buttonBackground));
         palette.setColor(QPalette::ButtonText, ColourOf(kNightColours.buttonText));
+        palette.setColor(QPalette::Base, ColourOf(kNightColours.buttonBackground));
+        palette.setColor(QPalette::Text, ColourOf(kNightColours.text));
         palette.setColor(QPalette::ToolTipBase, ColourOf(kNightColours.background));
         palette.setColor(QPalette::ToolTipText, ColourOf(kNightColours.text));
         palette.setColor(QPalette::Light, ColourOf(kNightColours.buttonBackground));

@@ -15,8 +15,8 @@
 #include "shell/platform/signal_watcher.h"
 #include "shell/window/help_window.h"
 #include "shell/window/message_box_dialogs.h"
-#include "wind/window/wind_graph_window.h"
 #include "wind/wind_graph_settings.h"
+#include "wind/window/wind_graph_window.h"
 
 namespace wakeline {
 namespace {
@@ -203,16 +203,14 @@ void WindowRun::OpenTables() {
 WindGraphWindow* WindowRun::OpenWindGraph() {
     NavigationCentre& centre = parts_->centre;
     if (!parts_->graph) {
-        auto* graph = new WindGraphWindow(centre.WindHistory(),
-                                          LoadWindGraphSettings(parts_->machine.settings),
-                                          &parts_->window);
+        auto* graph = new WindGraphWindow(
+            centre.WindHistory(), LoadWindGraphSettings(parts_->machine.settings), &parts_->window);
         parts_->graph = graph;
         graph->setPalette(parts_->window.palette());
         graph->SetNight(centre.State().NightPalette);
         // Open: every track record redraws it. Closed (it deletes itself): no more.
         centre.SetWindGraphOpen([graph] { graph->Redraw(); });
-        connect(graph, &QObject::destroyed, this,
-                [this] { parts_->centre.SetWindGraphOpen({}); });
+        connect(graph, &QObject::destroyed, this, [this] { parts_->centre.SetWindGraphOpen({}); });
         connect(graph, &WindGraphWindow::startChangeRequested, this, [this] {
             if (const auto start = parts_->centre.AskGraphStart(); start && parts_->graph) {
                 parts_->graph->SetStart(*start);

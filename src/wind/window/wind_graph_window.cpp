@@ -81,8 +81,9 @@ WindGraphWindow::WindGraphWindow(const WindData& history, WindGraphSettings sett
     phase_ = spin(tr(" min"), 0, 60, 0.5);
     auto* fit = new QPushButton(tr("Fit"), this);
     fit->setObjectName("cmdFit");
-    fit->setToolTip(tr("Fit a sine to the wind direction in view: its period, its size and when "
-                       "the wind will veer and back next"));
+    fit->setToolTip(
+        tr("Fit a sine to the wind direction in view: its period, its size and when "
+           "the wind will veer and back next"));
     connect(fit, &QPushButton::clicked, this, [this] { Fit(); });
     connect(overlayShown_, &QCheckBox::toggled, this, [this] { OverlayEdited(); });
     sine->addWidget(overlayShown_);
@@ -112,7 +113,11 @@ void WindGraphWindow::ShowOverlayInFields() {
     // The phase is shown as the minutes after the graph's start at which the sine rises.
     const double period = std::max(settings_.overlay.periodMinutes, 2.0);
     double phase = std::fmod((settings_.overlay.phaseTime - ViewStart()) * kMinutesPerDay, period);
-    phase_->setValue(phase < 0 ? phase + period : phase);
+    if (phase < 0) {
+        phase += period;
+    }
+    // A whole period shows as 0, not as a rounding's 8.0 of an 8-minute wave.
+    phase_->setValue(period - phase < 0.05 ? 0.0 : phase);
     filling_ = false;
 }
 
@@ -146,8 +151,9 @@ void WindGraphWindow::OverlayEdited() {
 void WindGraphWindow::Fit() {
     fit_ = FitWindOscillation(history_, ViewStart());
     if (!fit_) {
-        fitLabel_->setText(tr("No oscillation fits the wind in view: the shifts follow no "
-                              "regular period between 2 and 60 minutes."));
+        fitLabel_->setText(
+            tr("No oscillation fits the wind in view: the shifts follow no "
+               "regular period between 2 and 60 minutes."));
         Redraw();
         return;
     }
@@ -176,8 +182,8 @@ void WindGraphWindow::SetStart(DateTime start) {
 void WindGraphWindow::Redraw() {
     const DateTime start = ViewStart();
     WindGraphModel model = MakeWindGraph(history_, start);
-    startLabel_->setText(tr("start %1 UTC").arg(model.empty ? QStringLiteral("--:--")
-                                                            : TimeText(start)));
+    startLabel_->setText(
+        tr("start %1 UTC").arg(model.empty ? QStringLiteral("--:--") : TimeText(start)));
     if (history_.Count > 0) {
         const WindObservation five = AverageLastMinutes(history_, 5);
         const WindObservation fifteen = AverageLastMinutes(history_, 15);
@@ -245,7 +251,8 @@ double WindGraphCanvas::X(DateTime t) const {
 double WindGraphCanvas::YDirection(double direction) const {
     const QRectF plot = Plot();
     const double span = model_.directionMax - model_.directionMin;
-    return plot.bottom() - (span > 0 ? (direction - model_.directionMin) / span : 0.5) * plot.height();
+    return plot.bottom() -
+           (span > 0 ? (direction - model_.directionMin) / span : 0.5) * plot.height();
 }
 
 double WindGraphCanvas::YSpeed(double speed) const {
@@ -290,9 +297,9 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
     }
     painter.setPen(direction);
     for (double tick : model_.directionTicks) {
-        painter.drawText(QRectF(0, YDirection(tick) - metrics.height() / 2.0, plot.left() - 4,
-                                metrics.height()),
-                         Qt::AlignRight | Qt::AlignVCenter, Degrees(tick));
+        painter.drawText(
+            QRectF(0, YDirection(tick) - metrics.height() / 2.0, plot.left() - 4, metrics.height()),
+            Qt::AlignRight | Qt::AlignVCenter, Degrees(tick));
     }
     painter.drawText(QRectF(0, 0, plot.left() + 60, metrics.height() + 4), Qt::AlignLeft,
                      tr("TWD"));
@@ -302,16 +309,17 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
                                 width() - plot.right() - 4, metrics.height()),
                          Qt::AlignLeft | Qt::AlignVCenter, QString::number(tick) + tr(" kn"));
     }
-    painter.drawText(QRectF(plot.right() - 60, 0, width() - plot.right() + 60, metrics.height() + 4),
-                     Qt::AlignRight, tr("TWS"));
+    painter.drawText(
+        QRectF(plot.right() - 60, 0, width() - plot.right() + 60, metrics.height() + 4),
+        Qt::AlignRight, tr("TWS"));
     painter.setPen(text);
     for (DateTime tick : model_.timeTicks) {
         painter.drawText(QRectF(X(tick) - 40, plot.bottom() + 4, 80, metrics.height()),
                          Qt::AlignHCenter | Qt::AlignTop, TimeText(tick));
     }
-    painter.drawText(QRectF(plot.right() + 4, plot.bottom() + 4, width() - plot.right() - 4,
-                            metrics.height()),
-                     Qt::AlignLeft | Qt::AlignTop, tr("UTC"));
+    painter.drawText(
+        QRectF(plot.right() + 4, plot.bottom() + 4, width() - plot.right() - 4, metrics.height()),
+        Qt::AlignLeft | Qt::AlignTop, tr("UTC"));
     painter.setPen(QPen(grid, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(plot);
@@ -350,21 +358,29 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
     }
     if (fit_) {
         painter.setPen(QPen(overlay, 1, Qt::DotLine));
-        for (const auto& [when, label] : {std::pair{fit_->nextMaximum, tr("veer")},
-                                          std::pair{fit_->nextMinimum, tr("back")}}) {
+        // Each foretold turn on a line of its own, its label kept inside the plot.
+        double line = plot.top() + 2;
+        for (const auto& [when, label] :
+             {std::pair{fit_->nextMaximum, tr("veer")}, std::pair{fit_->nextMinimum, tr("back")}}) {
             const double x = X(when);
+            painter.setPen(QPen(overlay, 1, Qt::DotLine));
             painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
-            painter.drawText(QRectF(x - 40, plot.top() + 2, 80, metrics.height()),
-                             Qt::AlignHCenter, label + " " + TimeText(when));
+            const QString caption = label + " " + TimeText(when);
+            const double wide = metrics.horizontalAdvance(caption) + 6;
+            const bool left = x + wide > plot.right();
+            painter.setPen(text);
+            painter.drawText(QRectF(left ? x - wide : x + 3, line, wide, metrics.height()),
+                             left ? Qt::AlignRight : Qt::AlignLeft, caption);
+            line += metrics.height();
         }
     }
     painter.restore();
 
     if (!readOut_.isEmpty()) {
         painter.setPen(text);
-        painter.drawText(QRectF(plot.left() + 6, plot.top() + 4, plot.width() - 12,
-                                metrics.height()),
-                         Qt::AlignLeft, readOut_);
+        painter.drawText(
+            QRectF(plot.left() + 6, plot.top() + 4, plot.width() - 12, metrics.height()),
+            Qt::AlignLeft, readOut_);
     }
 }
 
@@ -397,4 +413,3 @@ void WindGraphCanvas::leaveEvent(QEvent*) {
 }
 
 }  // namespace wakeline
-

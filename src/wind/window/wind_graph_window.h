@@ -24,8 +24,7 @@ class WindGraphWindow : public QWidget {
     Q_OBJECT
   public:
     // `history` must outlive the window; it is read at every redraw.
-    WindGraphWindow(const WindData& history, WindGraphSettings settings,
-                    QWidget* parent = nullptr);
+    WindGraphWindow(const WindData& history, WindGraphSettings settings, QWidget* parent = nullptr);
 
     // Draws the history again (the run calls it after every track record).
     void Redraw();
@@ -75,8 +74,7 @@ class WindGraphCanvas : public QWidget {
     Q_OBJECT
   public:
     explicit WindGraphCanvas(QWidget* parent = nullptr);
-    void Show(WindGraphModel model, const WindGraphSettings& settings,
-              std::optional<SineFit> fit);
+    void Show(WindGraphModel model, const WindGraphSettings& settings, std::optional<SineFit> fit);
     void SetNight(bool on);
     // What the graph says instead of curves ("Cannot draw wind, no winddata (yet)"), or empty.
     const QString& Message() const { return message_; }

@@ -29,8 +29,8 @@
 #include "shell/navigation_centre.h"
 #include "shell/window/help_window.h"
 #include "shell/window/message_box_dialogs.h"
-#include "wind/window/wind_graph_window.h"
 #include "support/fakes.h"
+#include "wind/window/wind_graph_window.h"
 
 namespace wakeline {
 namespace {
@@ -238,7 +238,7 @@ TEST(WindowRun, TheWindGraphIsRedrawnByTrackRecordsAndAsksForItsStart) {
     EXPECT_EQ(boat.dialogs.messages.back(), "Invalid time value: 25:99");
 
     graph->close();
-    QTRY_VERIFY(!boat.Centre().WindGraphOpen());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !boat.Centre().WindGraphOpen(); }, 2000));
 }
 
 TEST(HelpWindow, ShowsTheFileBesideTheProgramOrTheBuiltInHelp) {
