@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     wakeline::bench::RegisterWindowCpuBenchmark(boat);
     wakeline::bench::RegisterRepaintLatencyBenchmark(boat);
+    wakeline::bench::RegisterWindGraphPaintBenchmark();
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -10,5 +10,7 @@ class BenchBoat;
 void RegisterWindowCpuBenchmark(const BenchBoat& boat);
 // Time from a data line's arrival on the link to the repaint of the value it changed.
 void RegisterRepaintLatencyBenchmark(const BenchBoat& boat);
+// Painting the wind graph of a full history with its fitted sine.
+void RegisterWindGraphPaintBenchmark();
 
 }  // namespace wakeline::bench

@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -243,20 +242,20 @@ QRectF WindGraphCanvas::Plot() const {
 }
 
 double WindGraphCanvas::X(DateTime t) const {
-    const QRectF plot = Plot();
+    const QRectF& plot = plot_;
     const double span = axisEnd_ - model_.start;
     return plot.left() + (span > 0 ? (t - model_.start) / span : 0) * plot.width();
 }
 
 double WindGraphCanvas::YDirection(double direction) const {
-    const QRectF plot = Plot();
+    const QRectF& plot = plot_;
     const double span = model_.directionMax - model_.directionMin;
     return plot.bottom() -
            (span > 0 ? (direction - model_.directionMin) / span : 0.5) * plot.height();
 }
 
 double WindGraphCanvas::YSpeed(double speed) const {
-    const QRectF plot = Plot();
+    const QRectF& plot = plot_;
     return plot.bottom() - (model_.speedMax > 0 ? speed / model_.speedMax : 0) * plot.height();
 }
 
@@ -269,7 +268,9 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
         painter.drawText(rect(), Qt::AlignCenter, message_);
         return;
     }
-    const QRectF plot = Plot();
+    // Measured once a paint: every point's place depends on it.
+    plot_ = Plot();
+    const QRectF plot = plot_;
     const QFontMetrics metrics(font());
     QColor grid = text;
     grid.setAlpha(night_ ? 70 : 45);
@@ -326,35 +327,31 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
 
     painter.save();
     painter.setClipRect(plot);
+    // Polylines without antialiasing: a full history is a thousand points, and smoothing them
+    // costs more than the eye gains at this scale.
+    painter.setRenderHint(QPainter::Antialiasing, false);
     const auto curve = [&](auto y) {
-        QPainterPath path;
-        bool first = true;
+        QPolygonF line;
+        line.reserve(static_cast<qsizetype>(model_.points.size()));
         for (const WindGraphPoint& point : model_.points) {
-            const QPointF at(X(point.time), y(point));
-            if (first) {
-                path.moveTo(at);
-                first = false;
-            } else {
-                path.lineTo(at);
-            }
+            line.append(QPointF(X(point.time), y(point)));
         }
-        return path;
+        return line;
     };
-    painter.setPen(QPen(speed, 1.5));
-    painter.drawPath(curve([&](const WindGraphPoint& p) { return YSpeed(p.speed); }));
+    painter.setPen(QPen(speed, 1));
+    painter.drawPolyline(curve([&](const WindGraphPoint& p) { return YSpeed(p.speed); }));
     painter.setPen(QPen(direction, 2));
-    painter.drawPath(curve([&](const WindGraphPoint& p) { return YDirection(p.direction); }));
+    painter.drawPolyline(curve([&](const WindGraphPoint& p) { return YDirection(p.direction); }));
 
     if (settings_.overlayShown && settings_.overlay.periodMinutes > 0) {
-        QPainterPath sine;
+        QPolygonF sine;
         const int steps = std::max(2, static_cast<int>(plot.width() / 3));
         for (int i = 0; i <= steps; ++i) {
             const DateTime t = model_.start + (axisEnd_ - model_.start) * i / steps;
-            const QPointF at(X(t), YDirection(OverlayDirectionAt(settings_.overlay, t)));
-            i == 0 ? sine.moveTo(at) : sine.lineTo(at);
+            sine.append(QPointF(X(t), YDirection(OverlayDirectionAt(settings_.overlay, t))));
         }
         painter.setPen(QPen(overlay, 2, Qt::DashLine));
-        painter.drawPath(sine);
+        painter.drawPolyline(sine);
     }
     if (fit_) {
         painter.setPen(QPen(overlay, 1, Qt::DotLine));
@@ -386,7 +383,8 @@ void WindGraphCanvas::paintEvent(QPaintEvent*) {
 
 void WindGraphCanvas::mouseMoveEvent(QMouseEvent* event) {
     QString readOut;
-    if (!model_.points.empty() && Plot().contains(event->position())) {
+    plot_ = Plot();
+    if (!model_.points.empty() && plot_.contains(event->position())) {
         // The observation nearest in time to the pointer.
         const double x = event->position().x();
         const WindGraphPoint* nearest = &model_.points.front();

@@ -95,6 +95,7 @@ class WindGraphCanvas : public QWidget {
     WindGraphModel model_;
     WindGraphSettings settings_;
     std::optional<SineFit> fit_;
+    QRectF plot_;           // the plot's place, as the last paint measured it
     DateTime axisEnd_ = 0;  // the newest observation, or the fit's last foretold turn
     QString readOut_;
     QString message_;
