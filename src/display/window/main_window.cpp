@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <algorithm>
+#include <utility>
 
 #include "display/display_palette.h"
 #include "display/window/shown_text.h"
@@ -231,19 +232,27 @@ void MainWindow::SetNight(bool on) {
 void MainWindow::ApplyColours() {
     QPalette palette;
     if (night_) {
-        palette.setColor(QPalette::Window, ColourOf(kNightColours.background));
-        palette.setColor(QPalette::WindowText, ColourOf(kNightColours.text));
-        palette.setColor(QPalette::Button, ColourOf(kNightColours.buttonBackground));
-        palette.setColor(QPalette::ButtonText, ColourOf(kNightColours.buttonText));
-        palette.setColor(QPalette::Base, ColourOf(kNightColours.buttonBackground));
-        palette.setColor(QPalette::Text, ColourOf(kNightColours.text));
-        palette.setColor(QPalette::ToolTipBase, ColourOf(kNightColours.background));
-        palette.setColor(QPalette::ToolTipText, ColourOf(kNightColours.text));
-        palette.setColor(QPalette::Light, ColourOf(kNightColours.buttonBackground));
-        palette.setColor(QPalette::Midlight, ColourOf(kNightColours.buttonBackground));
-        palette.setColor(QPalette::Dark, ColourOf(kNightColours.buttonBackground));
-        palette.setColor(QPalette::Mid, ColourOf(kNightColours.buttonBackground));
-        palette.setColor(QPalette::Shadow, ColourOf(kNightColours.background));
+        const QColor background = ColourOf(kNightColours.background);
+        const QColor text = ColourOf(kNightColours.text);
+        const QColor raised = ColourOf(kNightColours.buttonBackground);
+        for (const auto& [role, colour] : {
+                 std::pair{QPalette::Window, background},
+                 std::pair{QPalette::WindowText, text},
+                 std::pair{QPalette::Button, raised},
+                 std::pair{QPalette::ButtonText, ColourOf(kNightColours.buttonText)},
+                 std::pair{QPalette::Base, raised},
+                 std::pair{QPalette::Text, text},
+                 std::pair{QPalette::ToolTipBase, background},
+                 std::pair{QPalette::ToolTipText, text},
+                 // Bevels in the buttons' own colour: no light edge to catch the eye at night.
+                 std::pair{QPalette::Light, raised},
+                 std::pair{QPalette::Midlight, raised},
+                 std::pair{QPalette::Dark, raised},
+                 std::pair{QPalette::Mid, raised},
+                 std::pair{QPalette::Shadow, background},
+             }) {
+            palette.setColor(role, colour);
+        }
         for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::ButtonText}) {
             palette.setColor(QPalette::Disabled, role, ColourOf(kNightColours.disabledText));
         }
