@@ -1,15 +1,25 @@
 #!/usr/bin/env bash
-# Installs the Debian 12 packages that building and testing Wakeline needs.
+# Installs the Debian 12 packages Wakeline needs: with --run only what building and running the
+# two programs takes (the demo), otherwise also what the tests, benchmarks and fuzzing take.
 # Does nothing when they are all present already, so it is cheap to call before every build.
 set -euo pipefail
 
-packages=(
+# Building and running the programs.
+run_packages=(
     build-essential cmake ninja-build pkg-config
-    qt6-base-dev
+    qt6-base-dev nlohmann-json3-dev
+)
+# The tests, benchmarks and fuzz targets on top.
+test_packages=(
     dbus-daemon python3 xvfb xauth
-    libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev
 )
+
+packages=("${run_packages[@]}")
+if [ "${1:-}" != "--run" ]; then
+    packages+=("${test_packages[@]}")
+fi
 
 missing=()
 for p in "${packages[@]}"; do
