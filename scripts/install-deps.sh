@@ -14,6 +14,7 @@ test_packages=(
     dbus-daemon python3 xvfb xauth
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev
+    desktop-file-utils appstream man-db groff-base
 )
 
 packages=("${run_packages[@]}")

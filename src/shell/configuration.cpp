@@ -93,6 +93,11 @@ bool DetermineFiles(const DetermineFilesInput& input, const FileSystem& files, U
 
     if (out.IniPath.empty()) {
         out.IniPath = input.programDir + "/" + std::string(kIniName);
+        // A build tree carries its settings beside the program; an installed program in
+        // /usr/bin cannot, so it takes the user's file, which `wakeline-tool init` writes.
+        if (!files.FileExists(out.IniPath) && !input.userIniPath.empty()) {
+            out.IniPath = input.userIniPath;
+        }
         if (!files.FileExists(out.IniPath)) {
             dialogs.ShowMessage("Seaclear ini file cannot be found: " + std::string(kLineEnd) +
                                 std::string(kLineEnd) + out.IniPath);

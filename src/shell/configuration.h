@@ -43,10 +43,15 @@ void IniFileGet(const std::string& path, const FileSystem& files, DiagnosticLog&
 struct DetermineFilesInput {
     std::string commandLine;  // the whole command line, empty when none was given
     std::string programDir;   // the directory of the running program, no trailing "/"
+    // The user's own settings file, taken without a command line when the program's directory
+    // holds no "SEACLEAR_2.INI" (an installed program); empty: none.
+    std::string userIniPath;
 };
 
 // Chooses the settings file, reads it, chooses the track directory and the chart plotter's
-// program, showing each problem in one message and going on with the value emptied. `out` is
+// program, showing each problem in one message and going on with the value emptied. Without a
+// command line the file is "SEACLEAR_2.INI" beside the program, else `userIniPath`, which the
+// message then names when it is missing too. `out` is
 // reset first. Returns false when no settings file could be found, after showing the message
 // "Cannot start, no seaclear inifile found:": the caller then ends the program. A settings
 // path shorter than the 14 characters the track directory's cut removes leaves "traces".

@@ -239,7 +239,8 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
         dialogs_.ShowMessage("No tracefile will be made");
     }
 
-    const DetermineFilesInput input{commandLine_, services_.program.programDir};
+    const DetermineFilesInput input{commandLine_, services_.program.programDir,
+                                    services_.program.userIniPath};
     if (!DetermineFiles(input, services_.files, dialogs_, log_, files_)) {
         return false;
     }

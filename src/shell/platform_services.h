@@ -52,6 +52,7 @@ struct ProgramInfo {
     std::string programName;  // the executable's file name
     std::string dataDir;      // the installed data directory (help text), empty when none
     std::string homepage;     // the project's web address
+    std::string userIniPath;  // the user's own settings file, taken without a command line
 };
 
 struct PlatformServices {

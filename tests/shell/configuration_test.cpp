@@ -26,7 +26,7 @@ struct Config : testing::Harness {
         return settings;
     }
     bool Start(const std::string& commandLine) {
-        return DetermineFiles({commandLine, kProgramDir}, files, dialogs, log, out);
+        return DetermineFiles({commandLine, kProgramDir, ""}, files, dialogs, log, out);
     }
     ProgramFiles out;
 };
@@ -100,6 +100,49 @@ TEST(DetermineFiles, NoSettingsFileEndsTheStart) {
     EXPECT_EQ(run.dialogs.messages,
               (Texts{"Seaclear ini file cannot be found: \r\n\r\n/opt/wl/SEACLEAR_2.INI",
                      "Cannot start, no seaclear inifile found:\r\n"}));
+}
+
+TEST(DetermineFiles, WithoutACommandLineTheUsersFileFollowsTheProgramsOwn) {
+    const std::string user = "/home/u/.config/Wakeline/SeaClear_2.ini";
+    const std::string beside = kProgramDir + "/SEACLEAR_2.INI";
+    const struct {
+        const char* legend;
+        std::string commandLine, userIniPath;
+        Texts present;        // the settings files that exist
+        std::string iniPath;  // chosen, empty when the start ends
+        std::string message;  // the first message, if any
+    } rows[] = {
+        {"a build tree's file comes first", "", user, {beside, user}, beside, ""},
+        {"installed: the user's file", "", user, {user}, user, ""},
+        {"neither: the message names the user's file",
+         "",
+         user,
+         {},
+         "",
+         "Seaclear ini file cannot be found: \r\n\r\n" + user},
+        {"a command line is never replaced",
+         kIni,
+         user,
+         {user},
+         "",
+         "ini file in command line does not exist: \r\n\r\n" + kIni},
+    };
+    for (const auto& row : rows) {
+        Config run;
+        for (const std::string& path : row.present) {
+            run.files.files[path] = "[Program Setup]\r\nDDE=1\r\n";
+        }
+        const bool started = DetermineFiles({row.commandLine, kProgramDir, row.userIniPath},
+                                            run.files, run.dialogs, run.log, run.out);
+        EXPECT_EQ(started, !row.iniPath.empty()) << row.legend;
+        if (started) {
+            EXPECT_EQ(run.out.IniPath, row.iniPath) << row.legend;
+            EXPECT_EQ(run.out.Ini.Dde, 1) << row.legend;
+        } else {
+            ASSERT_FALSE(run.dialogs.messages.empty()) << row.legend;
+            EXPECT_EQ(run.dialogs.messages.front(), row.message) << row.legend;
+        }
+    }
 }
 
 TEST(DetermineFiles, TrackDirectory) {

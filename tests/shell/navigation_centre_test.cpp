@@ -43,7 +43,8 @@ struct Boat {
                                   "/opt/wakeline",
                                   "wakeline",
                                   "/usr/share/wakeline",
-                                  "https://wakeline.org"};
+                                  "https://wakeline.org",
+                                  ""};
         centre = std::make_unique<NavigationCentre>(
             PlatformServices{clock, files, dialogs, settings, frame, programs, battery, alarm,
                              program, kLogPath, dialogsIntoLog});

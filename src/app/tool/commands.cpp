@@ -9,6 +9,7 @@
 namespace wakeline::tool {
 
 int RunDisplay(const Arguments& args);
+int RunInit(const Arguments& args);
 int RunPolar(const Arguments& args);
 int RunSeaTalk(const Arguments& args);
 int RunSimulate(const Arguments& args);
@@ -18,6 +19,7 @@ int RunWind(const Arguments& args);
 const std::vector<Command>& AllCommands() {
     static const std::vector<Command> commands = {
         {"display", "the live display's texts for data lines from standard input", RunDisplay},
+        {"init", "write a starter settings file and create its track directory", RunInit},
         {"polar", "check a polar file, look up target speeds and corrections", RunPolar},
         {"seatalk", "monitor a SeaTalk bus or a recorded stream: datagrams and data lines",
          RunSeaTalk},

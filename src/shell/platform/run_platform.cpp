@@ -39,7 +39,16 @@ ProgramInfo ThisProgram() {
         QFileInfo(QCoreApplication::applicationFilePath()).fileName().toStdString();
     program.dataDir = WAKELINE_DATA_DIR;
     program.homepage = WAKELINE_HOMEPAGE;
+    program.userIniPath = UserSettingsPath(UserHomesFromEnvironment());
     return program;
+}
+
+UserHomes UserHomesFromEnvironment() {
+    const auto value = [](const char* name) {
+        const char* text = std::getenv(name);
+        return std::string(text != nullptr ? text : "");
+    };
+    return {value("XDG_CONFIG_HOME"), value("XDG_DATA_HOME"), value("HOME")};
 }
 
 std::string StateDirectory() {

@@ -13,6 +13,7 @@
 #include "power/platform/system_battery.h"
 #include "shell/platform/run_options.h"
 #include "shell/platform_services.h"
+#include "shell/starter_settings.h"
 
 namespace wakeline {
 
@@ -40,6 +41,9 @@ bool HasDisplay();
 
 // The running program's title, version, directory and name, and the installed data directory.
 ProgramInfo ThisProgram();
+
+// $XDG_CONFIG_HOME, $XDG_DATA_HOME and $HOME as this process has them.
+UserHomes UserHomesFromEnvironment();
 
 // $XDG_STATE_HOME/wakeline (~/.local/state/wakeline by default).
 std::string StateDirectory();

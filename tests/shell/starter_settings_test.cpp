@@ -1,0 +1,114 @@
+// The starter settings file: where it goes, and that the settings reader takes from it exactly
+// the values it states and nothing from its comments.
+
+#include "shell/starter_settings.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "base/line_reader.h"
+#include "shell/configuration.h"
+#include "support/harness.h"
+
+namespace wakeline {
+namespace {
+
+TEST(StarterSettings, Places) {
+    const UserHomes xdg{"/cfg", "/data", "/home/u"};
+    const UserHomes homeOnly{"", "", "/home/u"};
+    const UserHomes relative{"cfg", "data", "/home/u"};
+    const struct {
+        const char* legend;
+        std::optional<std::string> dir;
+        UserHomes homes;
+        std::string settings, traces;
+        bool userDefault;
+    } rows[] = {
+        {"XDG directories", std::nullopt, xdg, "/cfg/Wakeline/SeaClear_2.ini",
+         "/data/wakeline/traces", true},
+        {"their defaults under HOME", std::nullopt, homeOnly,
+         "/home/u/.config/Wakeline/SeaClear_2.ini", "/home/u/.local/share/wakeline/traces", true},
+        {"relative XDG values are ignored", std::nullopt, relative,
+         "/home/u/.config/Wakeline/SeaClear_2.ini", "/home/u/.local/share/wakeline/traces", true},
+        {"an absolute DIR, trailing slash", "/boat/", xdg, "/boat/SeaClear_2.ini", "/boat/traces",
+         false},
+        {"a relative DIR from the current directory", "log book", xdg,
+         "/work/log book/SeaClear_2.ini", "/work/log book/traces", false},
+        {"the root", "/", xdg, "/SeaClear_2.ini", "/traces", false},
+    };
+    for (const auto& row : rows) {
+        const Result<StarterPlace> place = ChooseStarterPlace(row.dir, row.homes, "/work");
+        ASSERT_TRUE(place.Ok()) << row.legend;
+        EXPECT_EQ(place.Value().settingsPath, row.settings) << row.legend;
+        EXPECT_EQ(place.Value().trackDir, row.traces) << row.legend;
+        EXPECT_EQ(place.Value().userDefault, row.userDefault) << row.legend;
+    }
+    EXPECT_FALSE(ChooseStarterPlace(std::nullopt, {"", "/data", ""}, "/work").Ok())
+        << "no home and no XDG_CONFIG_HOME";
+    EXPECT_TRUE(ChooseStarterPlace("/boat", {}, "/work").Ok()) << "a DIR needs no home";
+    EXPECT_EQ(UserSettingsPath({}), "");
+}
+
+TEST(StarterSettings, TheReaderTakesTheStatedValuesAndNoComment) {
+    const std::string trackDir = "/home/skipper/.local/share/wakeline/traces";
+    const std::string text = StarterSettingsText(trackDir);
+    testing::Harness run;
+    run.files.files["/s.ini"] = text;
+    ChartPlotterSettings read;
+    IniFileGet("/s.ini", run.files, run.log, read);
+    EXPECT_EQ(read.Dde, 1);
+    EXPECT_EQ(read.TrackTime, 60.0f);
+    EXPECT_EQ(read.TrackDistance, 100.0f);
+    EXPECT_EQ(read.TrackCompDev, 15.0f);
+    EXPECT_EQ(read.TrackDir, trackDir);
+    EXPECT_EQ(read.SeaClearDir, "");
+
+    // Each line on its own below the section: a comment must leave every value unset, and
+    // nothing but the section line may start a section.
+    int comments = 0;
+    for (const std::string& line : SplitLines(text)) {
+        for (const char c : line) {
+            EXPECT_TRUE(c >= 0x20 && c < 0x7f) << "plain ASCII: " << line;
+        }
+        if (line.starts_with("[")) {
+            EXPECT_EQ(line, "[Program Setup]");
+        }
+        if (!line.starts_with(";")) {
+            continue;
+        }
+        ++comments;
+        EXPECT_LE(line.size(), 80u) << "fits a terminal: " << line;
+        run.files.files["/one.ini"] = "[Program Setup]\n" + line + "\n";
+        ChartPlotterSettings alone;
+        IniFileGet("/one.ini", run.files, run.log, alone);
+        EXPECT_EQ(alone.Dde, 0) << line;
+        EXPECT_EQ(alone.TrackTime, 0.0f) << line;
+        EXPECT_EQ(alone.TrackDistance, 0.0f) << line;
+        EXPECT_EQ(alone.TrackCompDev, 0.0f) << line;
+        EXPECT_EQ(alone.TrackDir, "") << line;
+        EXPECT_EQ(alone.SeaClearDir, "") << line;
+    }
+    EXPECT_GT(comments, 30) << "each setting explained";
+}
+
+TEST(StarterSettings, TheReportSaysHowToStart) {
+    const std::string user = StarterReport({"/cfg/Wakeline/SeaClear_2.ini", "/d/traces", true});
+    EXPECT_TRUE(
+        user.starts_with("wrote /cfg/Wakeline/SeaClear_2.ini\ntrack directory: /d/traces\n"));
+    EXPECT_NE(user.find("systemctl --user enable --now wakeline-logger.service"),
+              std::string::npos);
+    EXPECT_NE(user.find("wakeline --serial /dev/ttyUSB0 ,SC\n"), std::string::npos)
+        << "an empty settings field finds the user's file";
+
+    const std::string own = StarterReport({"/my boat/SeaClear_2.ini", "/my boat/traces", false});
+    EXPECT_NE(own.find("wakeline '/my boat/SeaClear_2.ini'\n"), std::string::npos)
+        << "a path with a blank quoted for the shell";
+    EXPECT_NE(own.find("wakeline --serial /dev/ttyUSB0 '/my boat/SeaClear_2.ini',SC\n"),
+              std::string::npos);
+    EXPECT_EQ(own.find("systemctl"), std::string::npos) << "the service reads the user's file";
+}
+
+}  // namespace
+}  // namespace wakeline
