@@ -51,7 +51,8 @@ class PulseServer {
   public:
     explicit PulseServer(bool start) {
         dir_ = fs::temp_directory_path() / ("wakeline_pulse_" + std::to_string(::getpid()));
-        fs::remove_all(dir_);
+        std::error_code ignored;
+        fs::remove_all(dir_, ignored);
         fs::create_directories(dir_);
         ::setenv("XDG_RUNTIME_DIR", dir_.c_str(), 1);
         ::unsetenv("PULSE_SERVER");  // a server named here keeps pulseaudio from starting
@@ -63,8 +64,9 @@ class PulseServer {
         }
     }
     ~PulseServer() {
-        Shell("pulseaudio --kill");
-        fs::remove_all(dir_);
+        Kill();
+        std::error_code ignored;
+        fs::remove_all(dir_, ignored);
         ::unsetenv("PULSE_SERVER");
         ::unsetenv("XDG_RUNTIME_DIR");
     }
@@ -83,7 +85,13 @@ class PulseServer {
             why_ = "PulseAudio does not start here";
         }
     }
-    void Kill() { Shell("pulseaudio --kill"); }
+    // Ends the server and waits (at most 5 s) until it is gone: `--kill` only asks.
+    void Kill() {
+        Shell("pulseaudio --kill");
+        for (int i = 0; i < 100 && Shell("pulseaudio --check"); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+    }
 
     bool Running() const { return running_; }
     const std::string& Why() const { return why_; }
