@@ -16,7 +16,7 @@ expected=(
     bin/wakeline
     bin/wakeline-tool
     share/wakeline/Wakeline.txt
-    # share/wakeline/chime.wav   (the alarm's chime: uncomment when it lands)
+    share/wakeline/chime.wav
     share/applications/wakeline.desktop
     share/icons/hicolor/scalable/apps/wakeline.svg
     share/metainfo/org.wakeline.Wakeline.metainfo.xml

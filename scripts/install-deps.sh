@@ -7,11 +7,11 @@ set -euo pipefail
 # Building and running the programs.
 run_packages=(
     build-essential cmake ninja-build pkg-config
-    qt6-base-dev nlohmann-json3-dev
+    qt6-base-dev nlohmann-json3-dev libpulse-dev
 )
 # The tests, benchmarks and fuzz targets on top.
 test_packages=(
-    dbus-daemon python3 xvfb xauth
+    dbus-daemon python3 xvfb xauth pulseaudio pulseaudio-utils
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev
     desktop-file-utils appstream man-db groff-base
