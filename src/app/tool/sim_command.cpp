@@ -169,7 +169,8 @@ class VoyageServer {
         finishing_ = true;
         tick_.stop();
         server_.close();
-        for (QTcpSocket* client : clients_) {
+        // A client with nothing left to send is gone at once, out of clients_: walk a copy.
+        for (QTcpSocket* client : std::list<QTcpSocket*>(clients_)) {
             client->disconnectFromHost();
         }
         EndWhenAllGone();
