@@ -18,7 +18,11 @@
 #include <nlohmann/json.hpp>
 
 #include "app/platform/boat_run.h"
+#include "base/file_system.h"
 #include "livedata/platform/event_loop_wait.h"
+#include "livedata/sailing_simulator.h"
+#include "performance/polar_file_reader.h"
+#include "performance/target_speed.h"
 #include "support/tool_run.h"
 
 namespace wakeline::testing {
@@ -227,6 +231,29 @@ TEST(SimVoyage, TheServedVoyageIsTheStampedOneAndItsEndEndsTheRun) {
     const std::vector<std::string> tail(voyage.end() - static_cast<long>(recorded.size()),
                                         voyage.end());
     EXPECT_EQ(recorded, tail);
+}
+
+// The demo's polar file is the boat the simulator sails: the navigation centre's target speed
+// of its current sail is the simulated boat's speed all over the table.
+TEST(SimVoyage, TheDemoPolarFileHoldsTheSailTheBoatCarries) {
+    StdFileSystem files;
+    PerformanceTables tables;
+    const PolarReadReport report =
+        ReadPolarFile(files, WAKELINE_TEST_DATA "/../../demo/WakelinePolar.txt", tables);
+    EXPECT_TRUE(report.messages.empty());
+    ASSERT_EQ(tables.Polars.Count, 2);
+    ASSERT_GE(tables.Polars.Current, 0);
+    const PolarTable& sail = tables.Polars.Tables[static_cast<std::size_t>(tables.Polars.Current)];
+    EXPECT_EQ(sail.Name, "Genoa");
+    for (int tws = 4; tws <= 20; ++tws) {
+        for (int twa = 40; twa <= 180; twa += 5) {
+            const auto target =
+                TargetSpeedAt(static_cast<float>(twa), static_cast<float>(tws), sail);
+            ASSERT_TRUE(target.has_value());
+            EXPECT_NEAR(*target, SailingSimulator::PolarSpeed(twa, tws), 0.001)
+                << twa << " degrees, " << tws << " kt";
+        }
+    }
 }
 
 TEST(SimVoyage, TheSeedDecidesTheLines) {
