@@ -137,14 +137,14 @@ std::string FormatVoyageLine(const VoyageValues& v) {
     add(angle(v.heading));
     add(FormatMask(v.speed, "0.00"));
     if (v.waypointActive) {
-        add(kWaypointLatText);
-        add(kWaypointLonText);
+        add(v.waypointLatText);
+        add(v.waypointLonText);
         add(angle(v.bearingOrigin));
         add(FormatMask(std::fabs(v.crossTrack), "0.000") + (v.crossTrack < 0 ? " L" : " R"));
         add(angle(v.bearingWaypoint));
         add(FormatMask(v.distanceWaypoint, "0.00") + " NM");
         add(FormatMask(v.closingSpeed, "0.0") + " kn");
-        line += kWaypointName;
+        line += v.waypointName;
     } else {
         line += ",,,,,,,";
     }
@@ -205,6 +205,9 @@ VoyageValues VoyageSimulator::At(std::int64_t second) {
         v.bearingWaypoint = ahead.bearing;
         v.distanceWaypoint = ahead.miles;
         v.closingSpeed = m.sog * std::cos(m.cog - ahead.bearing);
+        v.waypointLatText = kWaypointLatText;
+        v.waypointLonText = kWaypointLonText;
+        v.waypointName = kWaypointName;
     }
     return v;
 }

@@ -41,6 +41,11 @@ struct VoyageValues {
     double bearingWaypoint = 0;  // from here to the waypoint
     double distanceWaypoint = 0;
     double closingSpeed = 0;  // knots
+    // The waypoint's position as the chart plotter writes it ("54 03.000 N", "007 27.000 E")
+    // and its name; free text of the line, written as they stand.
+    std::string waypointLatText;
+    std::string waypointLonText;
+    std::string waypointName;
 };
 
 // The data line of the values: 23 fields, no line end.

@@ -12,6 +12,7 @@ int RunDisplay(const Arguments& args);
 int RunInit(const Arguments& args);
 int RunPolar(const Arguments& args);
 int RunSeaTalk(const Arguments& args);
+int RunSim(const Arguments& args);
 int RunSimulate(const Arguments& args);
 int RunWind(const Arguments& args);
 
@@ -23,7 +24,9 @@ const std::vector<Command>& AllCommands() {
         {"polar", "check a polar file, look up target speeds and corrections", RunPolar},
         {"seatalk", "monitor a SeaTalk bus or a recorded stream: datagrams and data lines",
          RunSeaTalk},
-        {"simulate", "a made-up voyage as data lines, the demo's data source", RunSimulate},
+        {"sim", "a live voyage served as the chart plotter's link, the demo's data source", RunSim},
+        {"simulate", "a made-up voyage beating to windward as data lines on standard output",
+         RunSimulate},
         {"wind", "show a saved wind history, its recent averages and its oscillation", RunWind},
     };
     return commands;
