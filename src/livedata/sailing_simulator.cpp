@@ -6,16 +6,12 @@
 #include <iterator>
 
 #include "base/number_format.h"
+#include "livedata/chart_arithmetic.h"
 
 namespace wakeline {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-constexpr double kTwoPi = 2 * kPi;
-constexpr double kRadiansPerDegree = kPi / 180;
-constexpr double kKnotsPerMetrePerSecond = 1.9438444924406;
-constexpr double kSecondsPerHour = 3600;
-constexpr double kMinutesPerDegree = 60;  // one minute of latitude is one nautical mile
+using namespace chart;  // NOLINT: the voyage is sailed in chart arithmetic throughout
 
 // Off the German Bight.
 constexpr double kStartLat = 54.1;
@@ -60,29 +56,6 @@ constexpr std::array<std::array<double, 11>, 7> kPolarSpeed = {{
     {6.1, 6.6, 7.0, 7.3, 7.6, 7.8, 8.1, 7.9, 7.4, 6.3, 5.8},
     {6.2, 6.8, 7.2, 7.5, 7.9, 8.1, 8.6, 8.5, 8.1, 7.0, 6.5},
 }};
-
-double Direction(double radians) {
-    const double folded = std::fmod(radians, kTwoPi);
-    return folded < 0 ? folded + kTwoPi : folded;
-}
-
-double Relative(double radians) {
-    const double direction = Direction(radians);
-    return direction > kPi ? direction - kTwoPi : direction;
-}
-
-struct Leg {
-    double bearing;  // radians
-    double miles;
-};
-
-// A rhumb line on a small chart: the east-west leg shrinks with the cosine of the latitude.
-Leg RhumbLeg(double fromLat, double fromLon, double toLat, double toLon) {
-    const double north = (toLat - fromLat) * kMinutesPerDegree;
-    const double east =
-        (toLon - fromLon) * kMinutesPerDegree * std::cos((fromLat + toLat) / 2 * kRadiansPerDegree);
-    return {Direction(std::atan2(east, north)), std::hypot(north, east)};
-}
 
 double RouteLat(std::size_t index) {
     return kStartLat + kRoute[index].north / kMinutesPerDegree;

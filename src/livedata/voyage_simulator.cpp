@@ -4,16 +4,12 @@
 #include <cmath>
 
 #include "base/number_format.h"
+#include "livedata/chart_arithmetic.h"
 
 namespace wakeline {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-constexpr double kTwoPi = 2 * kPi;
-constexpr double kRadiansPerDegree = kPi / 180;
-constexpr double kKnotsPerMetrePerSecond = 1.9438444924406;
-constexpr double kSecondsPerHour = 3600;
-constexpr double kMinutesPerDegree = 60;  // one minute of latitude is one nautical mile
+using namespace chart;  // NOLINT: the voyage is sailed in chart arithmetic throughout
 
 // Off the German Bight; the waypoint lies six miles to windward.
 constexpr double kStartLat = 54.1;
@@ -36,30 +32,6 @@ constexpr double kCloseHauledDegrees = 42;
 
 double Wave(double t, double period, double phase = 0) {
     return std::sin(kTwoPi * t / period + phase);
-}
-
-double Direction(double radians) {
-    const double folded = std::fmod(radians, kTwoPi);
-    return folded < 0 ? folded + kTwoPi : folded;
-}
-
-double Relative(double radians) {
-    const double direction = Direction(radians);
-    return direction > kPi ? direction - kTwoPi : direction;
-}
-
-// Degrees and minutes of a rhumb line on a small chart: the east-west leg shrinks with the
-// cosine of the latitude.
-struct Leg {
-    double bearing;  // radians
-    double miles;
-};
-
-Leg RhumbLeg(double fromLat, double fromLon, double toLat, double toLon) {
-    const double north = (toLat - fromLat) * kMinutesPerDegree;
-    const double east =
-        (toLon - fromLon) * kMinutesPerDegree * std::cos((fromLat + toLat) / 2 * kRadiansPerDegree);
-    return {Direction(std::atan2(east, north)), std::hypot(north, east)};
 }
 
 // Everything of second t that does not depend on the position.
