@@ -93,22 +93,5 @@ TEST(StarterSettings, TheReaderTakesTheStatedValuesAndNoComment) {
     EXPECT_GT(comments, 30) << "each setting explained";
 }
 
-TEST(StarterSettings, TheReportSaysHowToStart) {
-    const std::string user = StarterReport({"/cfg/Wakeline/SeaClear_2.ini", "/d/traces", true});
-    EXPECT_TRUE(
-        user.starts_with("wrote /cfg/Wakeline/SeaClear_2.ini\ntrack directory: /d/traces\n"));
-    EXPECT_NE(user.find("systemctl --user enable --now wakeline-logger.service"),
-              std::string::npos);
-    EXPECT_NE(user.find("wakeline --serial /dev/ttyUSB0 ,SC\n"), std::string::npos)
-        << "an empty settings field finds the user's file";
-
-    const std::string own = StarterReport({"/my boat/SeaClear_2.ini", "/my boat/traces", false});
-    EXPECT_NE(own.find("wakeline '/my boat/SeaClear_2.ini'\n"), std::string::npos)
-        << "a path with a blank quoted for the shell";
-    EXPECT_NE(own.find("wakeline --serial /dev/ttyUSB0 '/my boat/SeaClear_2.ini',SC\n"),
-              std::string::npos);
-    EXPECT_EQ(own.find("systemctl"), std::string::npos) << "the service reads the user's file";
-}
-
 }  // namespace
 }  // namespace wakeline
