@@ -5,9 +5,9 @@
 namespace wakeline {
 namespace {
 
-// Twips; 7200 is five inches, wide enough for the longest message with its time on one line
-// at the message's size, with a second line to spare for a larger font.
-constexpr int kWidth = 7200;
+// Twips; 8100 is five and a half inches: the longest message with its time fits one line
+// with room to spare at the message's size, and wraps onto a second line in a larger font.
+constexpr int kWidth = 8100;
 constexpr int kMargin = 150;
 constexpr int kGap = 60;
 constexpr int kMessageHeight = 1500;
