@@ -34,10 +34,12 @@ void AlarmWindow::SetAlarmMessage(const PowerState& state, DateTime now) {
     secondsOpen_ = 0;
 }
 
-void AlarmWindow::ShowAgain(const PowerState& state, DateTime now) {
-    if (messageState_ != state.AlarmState) {
-        SetAlarmMessage(state, now);
+bool AlarmWindow::ShowAgain(const PowerState& state, DateTime now) {
+    if (messageState_ == state.AlarmState) {
+        return false;
     }
+    SetAlarmMessage(state, now);
+    return true;
 }
 
 bool AlarmWindow::Timer1_Timer(std::int16_t alarmState) {

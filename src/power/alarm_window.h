@@ -63,8 +63,9 @@ class AlarmWindow {
     void SetAlarmMessage(const PowerState& state, DateTime now);
     // The window is opened again while it is up: the message is set again only when the state
     // moved on since it was set (the escalation brings its own text and pace). Otherwise the
-    // count goes on, so that a check that asks ten times a second does not restart it.
-    void ShowAgain(const PowerState& state, DateTime now);
+    // count goes on, so that a check that asks ten times a second does not restart it. True
+    // when the message was set again.
+    bool ShowAgain(const PowerState& state, DateTime now);
     // One tick of Timer1: true when the chime is to start now. With c the seconds before this
     // tick: state 1 and above every second; 0 when c mod 10 <= 1; -1 and -2 when c mod 30 <= 1
     // (two starts in a row each time, the second restarting the sound). Then the count grows.

@@ -63,11 +63,13 @@ PowerAlarmWindow::PowerAlarmWindow(AlarmWindowHost& host, ChimePlayer& chime, QW
 
 void PowerAlarmWindow::ShowPowerAlarm(const PowerState& state, DateTime now) {
     if (isVisible()) {
-        // Raised, not activated: activating it at every check would take the keyboard from the
-        // chart plotter and restart the count ten times a second.
-        core_.ShowAgain(state, now);
-        ShowTexts();
-        raise();
+        // It stays on top by itself; a new message is raised, but nothing is activated: doing
+        // that at every check would take the keyboard from the chart plotter and restart the
+        // count ten times a second.
+        if (core_.ShowAgain(state, now)) {
+            ShowTexts();
+            raise();
+        }
         return;
     }
     core_.SetAlarmMessage(state, now);
