@@ -2,7 +2,8 @@
 # Starts the navigation centre's window under Xvfb on a replayed voyage with a polar file, so
 # that the corrected wind and the target speed show, and saves PNGs of the main window at its
 # default and its minimum width, by day and by night, of the help window and of the tables
-# window (a sail of 11 wind speeds by 10 angles), into
+# window (a sail of 11 wind speeds by 10 angles), of the wind graph and of the battery alarm
+# window by day and at night, into
 # docs/screenshots/ (or the directory given). DPI=192 sets the virtual screen's resolution.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"

@@ -26,6 +26,7 @@ std::string PowerMonitor::BuildStatus(DateTime now, bool soundLoud) {
     const BatteryStatus reading = battery_.Read();
     const int percent = reading.BatteryLifePercent;
     if (percent == BatteryStatus::kUnknownPercent) {
+        level_ = BatteryLevel::Unknown;
         return "no Battery info";
     }
     std::string text = std::to_string(percent) + "%";
@@ -52,6 +53,7 @@ std::string PowerMonitor::BuildStatus(DateTime now, bool soundLoud) {
 
     if ((flags & BatteryStatus::kChargingFlag) != 0) {
         text += " - charging " + Since(state_.ChargeStart, now);
+        level_ = BatteryLevel::Charging;
         if (percent < kChargedPercent) {
             state_.AlarmState = -1;
         } else if (state_.AlarmState == -1) {
@@ -61,6 +63,7 @@ std::string PowerMonitor::BuildStatus(DateTime now, bool soundLoud) {
     }
     if (percent >= kWarningPercent) {
         text += " on battery " + Since(state_.DischargeStart, now);
+        level_ = BatteryLevel::OnBattery;
         if (state_.AlarmState == -1) {
             alarm_.ShowPowerAlarm(state_, now);
         }
@@ -68,6 +71,7 @@ std::string PowerMonitor::BuildStatus(DateTime now, bool soundLoud) {
     }
 
     text += " CHARGE !!! " + Since(state_.DischargeStart, now);
+    level_ = percent < kEscalationPercent ? BatteryLevel::Escalation : BatteryLevel::Warning;
     const bool quietOver = ElapsedSeconds(state_.LastNoticed, now) > kQuietSeconds;
     if (percent < kEscalationPercent && quietOver) {
         // Below 20 % the window opens straight with the stronger message.

@@ -11,6 +11,10 @@
 
 namespace wakeline {
 
+// How the battery stood at a check: unknown (no reading), charging, on battery at 30 % or
+// more, below the warning's 30 %, or below the escalation's 20 %.
+enum class BatteryLevel { Unknown, Charging, OnBattery, Warning, Escalation };
+
 class PowerMonitor {
   public:
     // Both must outlive the monitor.
@@ -29,6 +33,8 @@ class PowerMonitor {
     // The main window's power status text, "" before the first check.
     const std::string& StatusText() const { return statusText_; }
     const PowerState& State() const { return state_; }
+    // The battery at the last check; Unknown before the first.
+    BatteryLevel Level() const { return level_; }
 
   private:
     std::string BuildStatus(DateTime now, bool soundLoud);
@@ -37,6 +43,7 @@ class PowerMonitor {
     PowerAlarm& alarm_;
     PowerState state_;
     std::string statusText_;
+    BatteryLevel level_ = BatteryLevel::Unknown;
 };
 
 }  // namespace wakeline

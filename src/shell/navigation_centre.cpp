@@ -280,6 +280,9 @@ bool NavigationCentre::FormLoad(std::string_view commandLine) {
 
 bool NavigationCentre::Timer1_Timer() {
     power_.PowerCheck(clock_.NowUtc(), state_.SetSoundLoud);
+    if (const auto why = lowBatteryFlush_.Check(power_.Level())) {
+        FlushTrack(*why);
+    }
     return state_.DdeMode && !state_.Replay && link_.OnTimerTick();
 }
 
@@ -487,6 +490,19 @@ void NavigationCentre::SetStayOnTop(bool on) {
     StoreSetting("StayOnTop", BoolText(on));
 }
 
+void NavigationCentre::PrepareForSleep(bool starting) {
+    if (starting) {
+        FlushTrack("the system is about to suspend");
+    }
+}
+
+void NavigationCentre::FlushTrack(const std::string& why) {
+    log_.DebugWriteLine("Track flushed, " + why + ": " + std::to_string(track_.PendingCount()) +
+                        " pending records");
+    // An empty forced entry writes no note of its own but flushes, as the close's note does.
+    track_.TraceWriteLine("", true);
+}
+
 bool NavigationCentre::FormUnload() {
     if (!dialogs_.AskOkCancel("ending trace function")) {
         // A lost link no longer closes the window by itself until new data have arrived.
@@ -495,11 +511,21 @@ bool NavigationCentre::FormUnload() {
     }
     // The forced note flushes every pending record and saves the wind history.
     track_.TraceWriteLine("normal closedown", true);
+    RestoreSoundLevels();
     return true;
+}
+
+void NavigationCentre::RestoreSoundLevels() {
+    if (!services_.sound.SoundChanged()) {
+        return;
+    }
+    const std::int16_t restored = services_.sound.CheckSoundLevels(state_.SetSoundLoud, true);
+    log_.DebugWriteLine("Form_Unload restored the sound levels (" + std::to_string(restored) + ")");
 }
 
 CloseOutcome NavigationCentre::CloseUnasked() {
     track_.TraceWriteLine("normal closedown", true);
+    RestoreSoundLevels();
     CloseOutcome outcome;
     for (const std::string& entry : track_.PendingRecords()) {
         ++outcome.unsavedRecords;

@@ -22,6 +22,7 @@
 #include "performance/performance_tables.h"
 #include "performance/table_lookup.h"
 #include "performance/tables_editor.h"
+#include "power/battery_flush.h"
 #include "power/power_monitor.h"
 #include "seatalk/seatalk_input.h"
 #include "shell/configuration.h"
@@ -88,8 +89,12 @@ class NavigationCentre : private DataLineSink {
 
     // One tick of the main timer (every Timer1Interval milliseconds once it runs). True when
     // the platform is to try to switch the link on now; it reports the outcome with
-    // OnLinkConnected or OnLinkConnectFailed.
+    // OnLinkConnected or OnLinkConnectFailed. The battery check runs here; when it finds the
+    // battery newly below 30 % or 20 % on battery the pending track records are flushed.
     bool Timer1_Timer();
+    // The system is about to suspend (`starting`) or has resumed. Before a suspend the pending
+    // track records are flushed: a laptop that sleeps on a dying battery may never wake up.
+    void PrepareForSleep(bool starting);
 
     void OnLinkConnected();
     // No server answered: "No seaclear input", the chart plotter's program started once per
@@ -121,13 +126,14 @@ class NavigationCentre : private DataLineSink {
     // The end of a recorded SeaTalk stream.
     void OnSeaTalkEnd();
 
-    // The close: asks "ending trace function". OK flushes the track with the closedown note
-    // and returns true (the window closes); Cancel keeps the run and clears LinkSeen.
+    // The close: asks "ending trace function". OK flushes the track with the closedown note,
+    // puts back the sound levels the sound check raised, and returns true (the window closes);
+    // Cancel keeps the run and clears LinkSeen.
     bool FormUnload();
     // The close of a run whose dialogs answer OK at once (no windows): the track is flushed
     // with the closedown note first, and only then is "ending trace function" put, so that a
-    // standard error nobody reads any more cannot stand between the records and the disk.
-    // Returns what the last flush could not write.
+    // standard error nobody reads any more cannot stand between the records and the disk; the
+    // sound levels are put back as by FormUnload. Returns what the last flush could not write.
     CloseOutcome CloseUnasked();
 
     // Form_Resize: the window's width changed. A width below the minimum is set back to it;
@@ -166,6 +172,8 @@ class NavigationCentre : private DataLineSink {
     // A line of the platform's into the diagnostic log, as the command line's mode decides.
     void DebugWriteLine(std::string_view text);
 
+    // The run's clock: UTC, or a replay's own time while one runs.
+    DateTime NowUtc() const { return clock_.NowUtc(); }
     const RunState& State() const { return state_; }
     const ProgramFiles& Files() const { return files_; }
     const std::string& CommandLine() const { return commandLine_; }
@@ -202,6 +210,10 @@ class NavigationCentre : private DataLineSink {
     void LayOut();
     // The window's height for the rows up to the last one shown.
     void FitHeight();
+    // Writes the pending track records now (and saves the wind history), logging why.
+    void FlushTrack(const std::string& why);
+    // After OK at the close: the sailor's own sound levels come back when the check changed them.
+    void RestoreSoundLevels();
     void HandleSeaTalkEvents(const std::vector<SeaTalkEvent>& events);
     // The road of a new data line: the display, then (when recorded) the track.
     bool TraceDisplayLine(const std::string& line) override;
@@ -231,6 +243,7 @@ class NavigationCentre : private DataLineSink {
     TrackWriter track_;
     std::unique_ptr<SeaTalkInput> seaTalk_;
     PowerMonitor power_;
+    LowBatteryFlush lowBatteryFlush_;
     DateTime seaTalkLineTime_ = 0;  // the bus time of the SeaTalk line being handled
 
     // Values of the display computation that start-up sets and nothing reads; kept so that

@@ -11,6 +11,7 @@
 #include "livedata/program_starter.h"
 #include "power/battery_status.h"
 #include "power/power_alarm.h"
+#include "power/sound_levels.h"
 
 namespace wakeline {
 
@@ -63,7 +64,8 @@ struct PlatformServices {
     MainWindowFrame& window;
     ProgramStarter& programs;  // starts the chart plotter's program
     BatterySource& battery;
-    PowerAlarm& alarm;  // the alarm window and the sound check
+    PowerAlarm& alarm;   // the alarm window and the sound check
+    SoundLevels& sound;  // the levels the sound check raised, put back at the close
     ProgramInfo program;
     std::string logPath;  // the diagnostic log file
     // Every message and question also goes into the diagnostic log while it writes its file

@@ -47,7 +47,7 @@ struct Boat {
                                   ""};
         centre = std::make_unique<NavigationCentre>(
             PlatformServices{clock, files, dialogs, settings, frame, programs, battery, alarm,
-                             program, kLogPath, dialogsIntoLog});
+                             sound, program, kLogPath, dialogsIntoLog});
         started = centre->FormLoad(commandLine);
         return *centre;
     }
@@ -66,6 +66,7 @@ struct Boat {
     testing::FakeProgramStarter programs;
     testing::FakeBattery battery;
     testing::RecordingAlarm alarm;
+    testing::FakeSoundLevels sound;
     testing::RecordingDialogs dialogs;
     MemorySettingsStore settings;
     DetachedFrame frame;
@@ -256,6 +257,72 @@ TEST(Link, StartsTheChartPlotterBesideTheProgramAndAsksBeforeClosing) {
     linked.AcknowledgeAlarm();
     EXPECT_EQ(linked.Power().State().AlarmState, 0);
     EXPECT_EQ(linked.Power().State().LastNoticed, DateTimeFromFields({2026, 11, 15, 23, 42, 20}));
+}
+
+TEST(Close, PutsTheSailorsSoundLevelsBackWhenTheCheckChangedThem) {
+    using Checks = std::vector<std::pair<bool, bool>>;  // (loud, restore)
+    const std::tuple<const char*, bool, bool, bool, Checks> cases[] = {
+        // legend, levels changed at start, close unasked, OK, the checks at the close
+        {"raised at start, OK", true, false, true, {{true, true}}},
+        {"raised at start, closed without a window", true, true, true, {{true, true}}},
+        {"raised at start, Cancel keeps them", true, false, false, {}},
+        {"nothing changed, nothing to put back", false, false, true, {}},
+    };
+    for (const auto& [legend, changed, unasked, ok, expected] : cases) {
+        Boat boat;
+        boat.settings.Set("Settings", "SetSoundLoud", "True");
+        NavigationCentre& centre = boat.Start(kIni);
+        boat.sound.changed = changed;
+        boat.dialogs.okCancelAnswer = ok;
+        if (unasked) {
+            centre.CloseUnasked();
+        } else {
+            EXPECT_EQ(centre.FormUnload(), ok) << legend;
+        }
+        EXPECT_EQ(boat.sound.checks, expected) << legend;
+    }
+}
+
+TEST(Battery, ALowBatteryFlushesThePendingTrackOncePerEntry) {
+    // A disk write interval of an hour: only the battery (or the suspend) writes the records.
+    Boat boat;
+    NavigationCentre& centre = boat.Start(std::string(kIni) + ",,3600,F");
+    const std::tuple<const char*, int, bool, bool> steps[] = {
+        // legend, percent, charging, the record written at once
+        {"35 % on battery: kept for the interval", 35, false, false},
+        {"29 %: entering the warning flushes", 29, false, true},
+        {"28 %: still in the warning", 28, false, false},
+        {"19 %: entering the escalation flushes", 19, false, true},
+        {"21 %: back in the warning is no new entry", 21, false, false},
+        {"19 % again is no new entry either", 19, false, false},
+        {"the charger at 19 %", 19, true, false},
+        {"unplugged at 25 %: a new warning", 25, false, true},
+        {"unknown: nothing changes", 255, false, false},
+        {"15 %: straight from the warning into the escalation", 15, false, true},
+    };
+    int index = 0;
+    for (const auto& [legend, percent, charging, flushed] : steps) {
+        // 0.001 degrees of latitude, some 111 m, each: past the 50 m threshold.
+        ASSERT_TRUE(centre.HandleDataLine(std::to_string(52.5 + ++index * 0.001) + kData.substr(4) +
+                                          "\r\n"));
+        ASSERT_EQ(centre.Track().PendingCount(), 1u) << legend;
+        boat.battery.status = {percent, charging ? BatteryStatus::kChargingFlag : std::uint8_t{0}};
+        centre.Timer1_Timer();
+        EXPECT_EQ(centre.Track().PendingCount(), flushed ? 0u : 1u) << legend;
+        if (!flushed) {
+            centre.PrepareForSleep(true);  // the records pending go before a suspend
+        }
+    }
+    centre.PrepareForSleep(false);  // the resume has nothing to write
+    const std::string log = boat.LogLines();
+    EXPECT_NE(log.find("|Track flushed, battery below 30 % on battery: 1 pending records|"),
+              std::string::npos);
+    EXPECT_NE(log.find("|Track flushed, battery below 20 % on battery: 1 pending records|"),
+              std::string::npos);
+    EXPECT_NE(log.find("|Track flushed, the system is about to suspend: 1 pending records|"),
+              std::string::npos);
+    EXPECT_EQ(
+        std::count(boat.files.files[kDayFile].begin(), boat.files.files[kDayFile].end(), '\n'), 10);
 }
 
 TEST(MainWindow, SizeFollowsTheRowsShownAndTheSailorsCommandsAreKept) {

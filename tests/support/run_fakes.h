@@ -10,6 +10,7 @@
 #include "livedata/program_starter.h"
 #include "power/battery_status.h"
 #include "power/power_alarm.h"
+#include "power/sound_levels.h"
 
 namespace wakeline::testing {
 
@@ -44,6 +45,25 @@ class RecordingAlarm : public PowerAlarm {
     std::vector<std::string> shown;
     std::vector<std::pair<bool, bool>> soundChecks;  // (loud, restore)
     std::int16_t soundCheckAnswer = 0;
+};
+
+// Records the sound checks it was asked for; a check that is not a restore changes the levels
+// when `changesLevels` is set, as a sound server at low volume would.
+class FakeSoundLevels : public SoundLevels {
+  public:
+    std::int16_t CheckSoundLevels(bool loud, bool restore) override {
+        checks.push_back({loud, restore});
+        if (!restore && loud && changesLevels) {
+            changed = true;
+            return 2;
+        }
+        return restore && changed ? 2 : 0;
+    }
+    bool SoundChanged() const override { return changed; }
+
+    std::vector<std::pair<bool, bool>> checks;  // (loud, restore)
+    bool changesLevels = false;
+    bool changed = false;
 };
 
 }  // namespace wakeline::testing

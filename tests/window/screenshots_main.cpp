@@ -1,8 +1,8 @@
 // wakeline_screenshots OUTDIR REPLAY COMMANDLINE: runs the navigation centre's window on a
 // replayed voyage and saves PNGs of the main window at its default and its minimum width, by
 // day and by night, of the help window, the tables window and the wind graph (an hour of
-// oscillating wind with its fit, at night, and empty). scripts/screenshots.sh runs it
-// under Xvfb.
+// oscillating wind with its fit, at night, and empty), and the battery alarm's window at
+// its escalation by day and at night. scripts/screenshots.sh runs it under Xvfb.
 
 #include <QApplication>
 #include <QDir>
@@ -13,6 +13,7 @@
 #include "display/window/main_window.h"
 #include "display/window/twips.h"
 #include "performance/window/tables_window.h"
+#include "power/window/power_alarm_window.h"
 #include "shell/navigation_centre.h"
 #include "shell/window/help_window.h"
 #include "shell/window/window_run.h"
@@ -64,6 +65,43 @@ int SaveWindGraphs(const QDir& out, const QPalette& night) {
     return failures;
 }
 
+// The alarm window at state 1, 1 h 12 min on battery, 7 seconds open, its chime playing.
+class AlarmScene : public wakeline::AlarmWindowHost, public wakeline::ChimePlayer {
+  public:
+    AlarmScene() {
+        state_.AlarmState = 1;
+        state_.DischargeStart = now_ - 72.0 / 1440.0;
+    }
+    const wakeline::PowerState& AlarmPowerState() const override { return state_; }
+    wakeline::DateTime AlarmNow() const override { return now_; }
+    void AcknowledgeAlarm() override {}
+    void ShowChimeFailure(const std::string&) override {}
+    wakeline::Status PlayChime() override { return {}; }
+
+  private:
+    wakeline::DateTime now_ = wakeline::DateTimeFromFields({2026, 6, 1, 21, 30, 0});
+    wakeline::PowerState state_;
+};
+
+int SaveAlarmWindows(const QDir& out) {
+    int failures = 0;
+    AlarmScene scene;
+    wakeline::NoSoundLevels levels;
+    wakeline::WindowPowerAlarm alarm(levels, scene);
+    alarm.SetHost(scene);
+    alarm.ShowPowerAlarm(scene.AlarmPowerState(), scene.AlarmNow());
+    wakeline::PowerAlarmWindow& window = *alarm.Window();
+    QApplication::processEvents();  // its activation sets the message again, and the count to 0
+    for (int second = 0; second < 7; ++second) {
+        window.Timer1_Timer();
+    }
+    failures += Save(window, out.filePath("alarm-day.png")) ? 0 : 1;
+    alarm.SetNight(true);
+    failures += Save(window, out.filePath("alarm-night.png")) ? 0 : 1;
+    window.hide();
+    return failures;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -112,6 +150,7 @@ int main(int argc, char** argv) {
         const QPalette night = window.palette();
         window.SetNight(false);
         failures += SaveWindGraphs(out, night);
+        failures += SaveAlarmWindows(out);
         QCoreApplication::exit(failures == 0 ? 0 : 1);
     });
     return QApplication::exec();

@@ -28,8 +28,10 @@ std::string Latin1ForTerminal(const std::string& bytes) {
 struct HeadlessRun::Parts {
     Parts(const std::string& logPath, const ProgramOptions& options)
         : machine(options),
+          alarm(machine.sound.Levels()),
           centre(PlatformServices{machine.clock, machine.files, dialogs, machine.settings, frame,
-                                  machine.launcher, machine.battery, alarm, ThisProgram(), logPath,
+                                  machine.launcher, machine.battery, alarm, machine.sound.Levels(),
+                                  ThisProgram(), logPath,
                                   /*dialogsIntoLog=*/true}),
           sources(centre, options) {
         machine.ReportBatteryFailuresTo(centre);
@@ -68,6 +70,7 @@ int HeadlessRun::Start() {
     if (!centre.FormLoad(options_.commandLine)) {
         return 1;
     }
+    parts_->machine.WatchSleepFor(centre);
 
     connect(&parts_->termination, &SignalWatcher::terminationRequested, this,
             [this] { CloseRun(); });

@@ -12,10 +12,32 @@
 
 namespace wakeline {
 
+MachineParts::MachineParts(const ProgramOptions& options)
+    : battery(options.powerSupply), sound(ChimePath(ThisProgram())) {}
+
 void MachineParts::ReportBatteryFailuresTo(NavigationCentre& centre) {
     battery.SetFailureReport([&centre](const Status& failure) {
         centre.DebugWriteLine("Battery: " + failure.Message());
     });
+}
+
+void MachineParts::WatchSleepFor(NavigationCentre& centre) {
+    const Status watching =
+        sleep.Watch([&centre](bool starting) { centre.PrepareForSleep(starting); });
+    if (!watching.Ok()) {
+        centre.DebugWriteLine(
+            "Suspend not watched, the track is flushed only on its own "
+            "schedule: " +
+            watching.Message());
+    }
+}
+
+std::string ChimePath(const ProgramInfo& program) {
+    const std::string beside = program.programDir + "/chime.wav";
+    if (QFileInfo::exists(QString::fromStdString(beside)) || program.dataDir.empty()) {
+        return beside;
+    }
+    return program.dataDir + "/chime.wav";
 }
 
 bool HasDisplay() {

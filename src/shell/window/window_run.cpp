@@ -8,8 +8,8 @@
 #include "display/window/main_window.h"
 #include "display/window/twips.h"
 #include "performance/window/tables_window.h"
+#include "power/window/power_alarm_window.h"
 #include "shell/navigation_centre.h"
-#include "shell/platform/headless_power_alarm.h"
 #include "shell/platform/run_platform.h"
 #include "shell/platform/run_sources.h"
 #include "shell/platform/signal_watcher.h"
@@ -42,6 +42,20 @@ class WindowFrame : public MainWindowFrame {
     MainWindow& window_;
 };
 
+// The alarm window's side of the run: the battery monitor's state, the run's clock, the
+// acknowledgement, and a chime failure told as the run's messages are.
+class RunAlarmHost : public AlarmWindowHost {
+  public:
+    explicit RunAlarmHost(NavigationCentre& centre) : centre_(centre) {}
+    const PowerState& AlarmPowerState() const override { return centre_.Power().State(); }
+    DateTime AlarmNow() const override { return centre_.NowUtc(); }
+    void AcknowledgeAlarm() override { centre_.AcknowledgeAlarm(); }
+    void ShowChimeFailure(const std::string& text) override { centre_.ShowMessage(text); }
+
+  private:
+    NavigationCentre& centre_;
+};
+
 }  // namespace
 
 struct WindowRun::Parts {
@@ -49,21 +63,25 @@ struct WindowRun::Parts {
         : machine(options),
           boxes(QStringLiteral("Wakeline")),
           frame(window),
+          alarm(machine.sound.Levels(), machine.sound.Chime()),
           centre(PlatformServices{machine.clock, machine.files,
                                   override != nullptr ? *override : boxes, machine.settings, frame,
-                                  machine.launcher, machine.battery, alarm, ThisProgram(), logPath,
+                                  machine.launcher, machine.battery, alarm, machine.sound.Levels(),
+                                  ThisProgram(), logPath,
                                   /*dialogsIntoLog=*/true}),
+          alarmHost(centre),
           sources(centre, options) {
         machine.ReportBatteryFailuresTo(centre);
+        alarm.SetHost(alarmHost);
     }
 
     MachineParts machine;
     MessageBoxDialogs boxes;
     MainWindow window;
     WindowFrame frame;
-    // Until the alarm window comes, an alarm is a message box and counts as read once shown.
-    HeadlessPowerAlarm alarm;
+    WindowPowerAlarm alarm;  // frmPowerAlarm, made at the first alarm
     NavigationCentre centre;
+    RunAlarmHost alarmHost;
     RunSources sources;
     SignalWatcher termination;
     QPointer<HelpWindow> help;
@@ -121,6 +139,8 @@ int WindowRun::Start() {
 
     window.SetFields(centre.Fields());
     window.SetNight(centre.State().NightPalette);
+    parts_->alarm.SetNight(centre.State().NightPalette);
+    parts_->machine.WatchSleepFor(centre);
     window.SetStayOnTop(centre.State().StayOnTop);
     if (centre.State().TablesLocked) {
         window.SetCommandEnabled(CommandButton::Tab, false,
@@ -137,6 +157,7 @@ int WindowRun::Start() {
     connect(&window, &MainWindow::resized, this, [this] { OnResized(); });
     connect(&window, &MainWindow::nightToggled, this, [this](bool on) {
         parts_->centre.SetNightPalette(on);
+        parts_->alarm.SetNight(on);
         if (parts_->graph) {
             parts_->graph->setPalette(parts_->window.palette());
             parts_->graph->SetNight(on);
@@ -150,12 +171,6 @@ int WindowRun::Start() {
     RunSources& sources = parts_->sources;
     connect(&sources, &RunSources::changed, this, [this] { Refresh(); });
     connect(&sources, &RunSources::ticked, this, [this] {
-        if (const auto alarm = parts_->alarm.TakeRaised()) {
-            if (!alarm->empty()) {
-                parts_->centre.ShowMessage(*alarm);
-            }
-            parts_->centre.AcknowledgeAlarm();
-        }
         // Ten ticks a second change nothing but the battery line: the rest waits for data.
         parts_->window.ShowPowerStatus(parts_->centre.Power().StatusText());
     });
@@ -312,6 +327,9 @@ void WindowRun::Finish(bool askedUser) {
     }
     if (parts_->help) {
         parts_->help->close();
+    }
+    if (PowerAlarmWindow* alarm = parts_->alarm.Window()) {
+        alarm->hide();
     }
     // The sailor who closed the window reads where the records went; a signal's close has
     // nobody to wait for.
