@@ -87,7 +87,8 @@ class AlarmWindow {
   private:
     std::string message_;
     std::optional<std::int16_t> messageState_;  // the state the message was set for
-    // Not the 16 bits of the original: a window left open through a night keeps its pace.
+    // Wider than 16 bits on purpose: a 16-bit count overflows after nine hours, and a window
+    // left open through a night must keep its chime's pace.
     std::int32_t secondsOpen_ = 0;
     std::string chimeProblem_;
     bool chimeFailureTold_ = false;
