@@ -78,12 +78,14 @@ class Boat {
     QTemporaryDir dir_;
 };
 
-// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart), without line end.
-inline std::string DataLine(int index, const std::string& name = "") {
+// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart) with course over
+// ground `cog` radians, without line end.
+inline std::string DataLine(int index, const std::string& name = "",
+                            const std::string& cog = "3.4152") {
     std::string fraction = std::to_string(index % 10000);
     fraction.insert(0, 4 - fraction.size(), '0');
-    return std::to_string(55 + index / 10000) + "." + fraction +
-           ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
+    return std::to_string(55 + index / 10000) + "." + fraction + ",7.0,5.64," + cog +
+           ",3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
            ",,,,,,," +
            name;
 }
