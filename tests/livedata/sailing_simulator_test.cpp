@@ -33,7 +33,7 @@ TEST(SailingSimulatorTest, PolarSpeedFollowsTheGenoaTable) {
     }
 }
 
-TEST(SailingSimulatorTest, TheSeedAloneDecidesTheVoyageHoweverItIsPaced) {
+TEST(SailingSimulatorTest, TheVoyageIsTheSameHoweverItIsPaced) {
     SailingSimulator byTheSecond(7);
     for (int t = 0; t <= 1800; ++t) {
         byTheSecond.AdvanceTo(t);
@@ -50,10 +50,6 @@ TEST(SailingSimulatorTest, TheSeedAloneDecidesTheVoyageHoweverItIsPaced) {
     // Going back is not possible: the voyage stays where it is.
     atOnce.AdvanceTo(10);
     EXPECT_EQ(atOnce.DataLine(), byTheSecond.DataLine());
-
-    SailingSimulator other(8);
-    other.AdvanceTo(1800);
-    EXPECT_NE(other.DataLine(), atOnce.DataLine());
 }
 
 // Three hours round the course: the marks are rounded in order, the beats are tacked and the

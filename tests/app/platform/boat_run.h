@@ -78,12 +78,14 @@ class Boat {
     QTemporaryDir dir_;
 };
 
-// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart), without line end.
-inline std::string DataLine(int index, const std::string& name = "") {
+// A data line at latitude 55 + index / 10000 degrees (some 11 metres apart) with course over
+// ground `cog` radians, without line end.
+inline std::string DataLine(int index, const std::string& name = "",
+                            const std::string& cog = "3.4152") {
     std::string fraction = std::to_string(index % 10000);
     fraction.insert(0, 4 - fraction.size(), '0');
-    return std::to_string(55 + index / 10000) + "." + fraction +
-           ",7.0,5.64,3.4152,3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
+    return std::to_string(55 + index / 10000) + "." + fraction + ",7.0,5.64," + cog +
+           ",3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,"
            ",,,,,,," +
            name;
 }
@@ -105,20 +107,25 @@ inline std::vector<std::string> HandledLines(const std::string& log, const std::
     return lines;
 }
 
-// The track records of the traces directory whose data lines start with `prefix`, in file
-// order, without their stamps.
+// Every track record of the traces directory, stamp and data line, in file order.
+inline std::vector<std::string> TrackRecords(const Boat& boat) {
+    std::vector<std::string> records;
+    for (const auto& [name, bytes] : boat.Traces()) {
+        for (std::size_t at = 0, end;
+             name.ends_with(".TRT") && (end = bytes.find("\r\n", at)) != std::string::npos;
+             at = end + 2) {
+            records.push_back(bytes.substr(at, end - at));
+        }
+    }
+    return records;
+}
+
+// The track records whose data lines start with `prefix`, in file order, without their stamps.
 inline std::vector<std::string> RecordedLines(const Boat& boat, const std::string& prefix) {
     std::vector<std::string> lines;
-    for (const auto& [name, bytes] : boat.Traces()) {
-        if (!name.ends_with(".TRT")) {
-            continue;
-        }
-        for (std::size_t at = 0, end; (end = bytes.find("\r\n", at)) != std::string::npos;
-             at = end + 2) {
-            const std::string record = bytes.substr(at, end - at);
-            if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
-                lines.push_back(record.substr(21));
-            }
+    for (const std::string& record : TrackRecords(boat)) {
+        if (record.size() > 21 && record.compare(21, prefix.size(), prefix) == 0) {
+            lines.push_back(record.substr(21));
         }
     }
     return lines;

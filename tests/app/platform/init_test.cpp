@@ -16,13 +16,6 @@
 namespace wakeline::testing {
 namespace {
 
-// A data line at `lat` degrees with course over ground `cog` radians, the rest as the boat
-// tests have it; `name` (the waypoint's) makes each line differ, so that none is "unchanged".
-std::string Line(const std::string& lat, const std::string& cog, const std::string& name) {
-    return lat + ",7.0,5.64," + cog +
-           ",3.4501,-0.0349,16.3,0.7330,0.5242,4.2182,7.08,9.46,4.23,3.5200,5.70,,,,,,,," + name;
-}
-
 struct ProgramRun {
     int status = -1;
     std::string out, err;
@@ -57,21 +50,29 @@ ProgramRun RunIn(const QString& home, const QString& program, const QStringList&
 TEST(Init, TheStarterFileDrivesARecordingRunAndIsNeverReplaced) {
     // The file says: a record after 60 seconds, 100 metres or 15 degrees of course change.
     // 3.4152 rad shows as COG 196, 3.6249 as 208 (12 degrees: too little), 3.7 as 212 (16).
-    // 0.0008 degrees of latitude are 0.048 minutes, 89 metres (too little); 0.0010 are 111.
-    const std::string voyage =
-        "20260601 10:00:00 CZ," + Line("55.0000", "3.4152", "A") + "\r\n" +  // first: recorded
-        "20260601 10:00:30 CZ," + Line("55.0000", "3.4152", "B") + "\r\n" +  // 30 s
-        "20260601 10:01:00 CZ," + Line("55.0000", "3.4152", "C") + "\r\n" +  // 60 s: recorded
-        "20260601 10:01:05 CZ," + Line("55.0000", "3.6249", "D") + "\r\n" +  // 12 degrees
-        "20260601 10:01:10 CZ," + Line("55.0000", "3.7", "E") + "\r\n" +     // 16: recorded
-        "20260601 10:01:15 CZ," + Line("55.0008", "3.7", "F") + "\r\n" +     // 89 m
-        "20260601 10:01:20 CZ," + Line("55.0010", "3.7", "G") + "\r\n";      // 111 m: recorded
+    // 8 ten-thousandths of a degree of latitude are 0.048 minutes, 89 metres (too little); 10
+    // are 111. Each line names its own waypoint, so that none is "unchanged".
+    const struct {
+        const char* time;
+        int latitude;  // 55 + latitude / 10000 degrees
+        const char *cog, *name;
+        bool recorded;
+    } lines[] = {
+        {"10:00:00", 0, "3.4152", "A", true},   // the first
+        {"10:00:30", 0, "3.4152", "B", false},  // 30 s
+        {"10:01:00", 0, "3.4152", "C", true},   // 60 s
+        {"10:01:05", 0, "3.6249", "D", false},  // 12 degrees
+        {"10:01:10", 0, "3.7", "E", true},      // 16 degrees
+        {"10:01:15", 8, "3.7", "F", false},     // 89 m
+        {"10:01:20", 10, "3.7", "G", true},     // 111 m
+    };
+    std::string voyage;
     std::string expected;
-    for (const auto& [time, line] : {std::pair{"10:00:00", Line("55.0000", "3.4152", "A")},
-                                     {"10:01:00", Line("55.0000", "3.4152", "C")},
-                                     {"10:01:10", Line("55.0000", "3.7", "E")},
-                                     {"10:01:20", Line("55.0010", "3.7", "G")}}) {
-        expected += std::string("20260601 ") + time + " CZ," + line + "\r\n";
+    for (const auto& line : lines) {
+        const std::string record = std::string("20260601 ") + line.time + " CZ," +
+                                   DataLine(line.latitude, line.name, line.cog) + "\r\n";
+        voyage += record;
+        expected += line.recorded ? record : "";
     }
 
     const struct {
