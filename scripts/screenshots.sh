@@ -18,6 +18,8 @@ mkdir -p "$boat/traces" "$boat/config" "$boat/state" "$out"
 printf '[Program Setup]\r\nDDE=1\r\nTrack Time=10\r\nTrack Dir=%s/traces\r\n' "$boat" \
     >"$boat/SeaClear_2.ini"
 cp "$root/tests/data/polar_file/genoa_11x10.txt" "$boat/traces/WakelinePolar.txt"
+# The help window shows the help text beside the program, as an installed one would.
+cp "$root/data/Wakeline.txt" "$root/build/tests/Wakeline.txt"
 
 XDG_CONFIG_HOME="$boat/config" XDG_STATE_HOME="$boat/state" QT_FONT_DPI="$dpi" \
     xvfb-run -a -s "-screen 0 1280x1024x24 -dpi $dpi" \
