@@ -61,7 +61,16 @@ void SoundCheck::RaiseLine(MixerLine line, bool loud, LineStatus& status) {
         }
         const std::uint32_t now = value.Value();
         const bool quiet = control.kind == ControlKind::kVolume ? now < control.maximum : now != 0;
-        if (!loud || !quiet) {
+        if (!loud) {
+            continue;
+        }
+        if (!quiet) {
+            // A level this run raised and has not put back still stands changed: the checks
+            // that follow the first, one a tick until the sailor answers, keep saying so rather
+            // than letting the alarm's state move on under a window that asks about the sound.
+            if (StandsRaised(line, i)) {
+                Raise(kindStatus, kChanged);
+            }
             continue;
         }
         const std::uint32_t target = control.kind == ControlKind::kVolume ? control.maximum : 0;
@@ -89,6 +98,13 @@ void SoundCheck::Restore(LineStatus (&status)[2]) {
         }
         Raise(kindStatus, kChanged);
     }
+}
+
+bool SoundCheck::StandsRaised(MixerLine line, std::size_t control) const {
+    return std::any_of(saved_.values.begin() + static_cast<std::ptrdiff_t>(saved_.readPosition),
+                       saved_.values.end(), [&](const SavedMixerValue& saved) {
+                           return saved.line == line && saved.control == control;
+                       });
 }
 
 void SoundCheck::Note(const Status& status) {

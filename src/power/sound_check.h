@@ -58,7 +58,9 @@ class SoundCheck : public SoundLevels {
 
     // A volume below its maximum is raised to it and a mute switch that is on is cleared; a
     // volume above full (a boost the sailor chose) is left, as it is loud already. A control
-    // that cannot be set counts as unreadable (3), and nothing is saved for it.
+    // that cannot be set counts as unreadable (3), and nothing is saved for it. A control an
+    // earlier check raised, and that no restore has put back, counts as changed (1) again, so
+    // that every check until the close reports the levels it stands at.
     std::int16_t CheckSoundLevels(bool loud, bool restore) override;
     bool SoundChanged() const override { return soundChanged_; }
 
@@ -71,6 +73,8 @@ class SoundCheck : public SoundLevels {
     using LineStatus = std::int16_t[2];
     void RaiseLine(MixerLine line, bool loud, LineStatus& status);
     void Restore(LineStatus (&status)[2]);
+    // True when this run raised the control and has not put it back yet.
+    bool StandsRaised(MixerLine line, std::size_t control) const;
     void Note(const Status& status);
 
     SoundMixer& mixer_;
