@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "base/line_reader.h"
@@ -56,14 +58,16 @@ TEST(StarterSettings, TheReaderTakesTheStatedValuesAndNoComment) {
     const std::string text = StarterSettingsText(trackDir);
     testing::Harness run;
     run.files.files["/s.ini"] = text;
-    ChartPlotterSettings read;
-    IniFileGet("/s.ini", run.files, run.log, read);
-    EXPECT_EQ(read.Dde, 1);
-    EXPECT_EQ(read.TrackTime, 60.0f);
-    EXPECT_EQ(read.TrackDistance, 100.0f);
-    EXPECT_EQ(read.TrackCompDev, 15.0f);
-    EXPECT_EQ(read.TrackDir, trackDir);
-    EXPECT_EQ(read.SeaClearDir, "");
+    // Every key the reader knows, as (DDE, Track Time, Track Distance, Track CompDev, Track Dir,
+    // SeaClear Dir).
+    const auto read = [&](const std::string& path) {
+        ChartPlotterSettings settings;
+        IniFileGet(path, run.files, run.log, settings);
+        return std::tuple(settings.Dde, settings.TrackTime, settings.TrackDistance,
+                          settings.TrackCompDev, settings.TrackDir, settings.SeaClearDir);
+    };
+    EXPECT_EQ(read("/s.ini"),
+              std::tuple(std::int16_t{1}, 60.0f, 100.0f, 15.0f, trackDir, std::string()));
 
     // The comments alone below the section set nothing (none may start a section: only the
     // section line starts with "[").
@@ -82,14 +86,8 @@ TEST(StarterSettings, TheReaderTakesTheStatedValuesAndNoComment) {
     }
     EXPECT_GT(count, 30) << "each setting explained";
     run.files.files["/comments.ini"] = comments;
-    ChartPlotterSettings alone;
-    IniFileGet("/comments.ini", run.files, run.log, alone);
-    EXPECT_EQ(alone.Dde, 0);
-    EXPECT_EQ(alone.TrackTime, 0.0f);
-    EXPECT_EQ(alone.TrackDistance, 0.0f);
-    EXPECT_EQ(alone.TrackCompDev, 0.0f);
-    EXPECT_EQ(alone.TrackDir, "");
-    EXPECT_EQ(alone.SeaClearDir, "");
+    EXPECT_EQ(read("/comments.ini"),
+              std::tuple(std::int16_t{0}, 0.0f, 0.0f, 0.0f, std::string(), std::string()));
 }
 
 }  // namespace

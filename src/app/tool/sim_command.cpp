@@ -289,46 +289,33 @@ int RunSim(const Arguments& args) {
     }
     Options options;
     options.toStdout = parser.isSet(toStdout);
-    if (parser.isSet(port)) {
-        const std::string text = Bytes(parser.value(port));
-        const auto value = ParseNumber<quint16>(text);
-        if (!value) {
-            return UsageError("--port needs a port number from 0 to 65535, not '" + text + "'");
+    // Reads a given option into `into`; false (after saying why) when its value does not parse.
+    std::string problem;
+    const auto read = [&](const QCommandLineOption& option, auto& into, auto parse,
+                          const char* needs) {
+        if (!parser.isSet(option)) {
+            return true;
         }
-        options.port = *value;
-    }
-    if (parser.isSet(rate)) {
-        const std::string text = Bytes(parser.value(rate));
-        const auto value = ParsePositive(text, 0.01, 50);
+        const std::string text = Bytes(parser.value(option));
+        const auto value = parse(text);
         if (!value) {
-            return UsageError("--rate needs lines a second from 0.01 to 50, not '" + text + "'");
+            problem =
+                "--" + Bytes(option.names().front()) + " needs " + needs + ", not '" + text + "'";
+            return false;
         }
-        options.rate = *value;
-    }
-    if (parser.isSet(speedup)) {
-        const std::string text = Bytes(parser.value(speedup));
-        const auto value = ParsePositive(text, 0.01, 3600);
-        if (!value) {
-            return UsageError("--speedup needs a factor from 0.01 to 3600, not '" + text + "'");
-        }
-        options.speedup = *value;
-    }
-    if (parser.isSet(seed)) {
-        const std::string text = Bytes(parser.value(seed));
-        const auto value = ParseNumber<std::uint64_t>(text);
-        if (!value) {
-            return UsageError("--seed needs a whole number of 0 or more, not '" + text + "'");
-        }
-        options.seed = *value;
-    }
-    if (parser.isSet(duration)) {
-        const std::string text = Bytes(parser.value(duration));
-        const auto value = ParsePositive(text, 1, 3.0e7);
-        if (!value) {
-            return UsageError("--duration needs simulated seconds from 1 to 30000000, not '" +
-                              text + "'");
-        }
-        options.duration = *value;
+        into = *value;
+        return true;
+    };
+    const auto between = [](double least, double most) {
+        return [=](const std::string& text) { return ParsePositive(text, least, most); };
+    };
+    if (!read(port, options.port, ParseNumber<quint16>, "a port number from 0 to 65535") ||
+        !read(rate, options.rate, between(0.01, 50), "lines a second from 0.01 to 50") ||
+        !read(speedup, options.speedup, between(0.01, 3600), "a factor from 0.01 to 3600") ||
+        !read(seed, options.seed, ParseNumber<std::uint64_t>, "a whole number of 0 or more") ||
+        !read(duration, options.duration, between(1, 3.0e7),
+              "simulated seconds from 1 to 30000000")) {
+        return UsageError(problem);
     }
     return options.toStdout ? WriteStamped(options) : Serve(options);
 }
